@@ -1,0 +1,282 @@
+// What an entry to the log costs: beside the bare system calls that carry the same bytes, and
+// beside spdlog doing the same work.
+//
+// Every contender first writes a few entries, and the program ends if their bytes differ. The files
+// lie in memory where the system has such a folder. What is shown are medians of processor time,
+// and their ratios: as the runs are interleaved, these stay meaningful on a busy machine.
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <map>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+#include <spdlog/logger.h>
+#include <spdlog/sinks/basic_file_sink.h>
+#include <spdlog/sinks/stdout_sinks.h>
+
+#include "app/CAppState.h"
+#include "log/CConsoleOutMXLog.h"
+#include "log/CRawTextMXLog.h"
+#include "output/COutputBuffer.h"
+#include "output/CUIUpdate.h"
+#include "settings/CIniArgs.h"
+#include "siblings/QuillonLog.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using Files = std::vector<fs::path>;
+
+constexpr int kChecked = 3;
+
+// A folder that goes when the program does.
+class Scratch {
+public:
+    Scratch() {
+        fs::path const memory = "/dev/shm";
+        std::string name =
+            (fs::is_directory(memory) ? memory : fs::temp_directory_path()) / "log-bench-XXXXXX";
+        if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no scratch folder");
+        m_Folder = name;
+    }
+    ~Scratch() { fs::remove_all(m_Folder); }
+    Scratch(Scratch const &) = delete;
+    Scratch & operator=(Scratch const &) = delete;
+
+    fs::path operator/(char const * name) const { return m_Folder / name; }
+
+private:
+    fs::path m_Folder;
+};
+
+// What a log needs around it.
+class Surroundings {
+public:
+    Surroundings() {
+        CAppState::InitAppState(EApplicationFamily{});
+        CAppState::SetIniArgs(m_Args);
+        CAppState::TestSuiteLog(&m_Suite);
+        COutputBuffer::InitializeDefaultFormatInfo(CHARFORMAT2A{});
+        CUIUpdate::GetUIUpdate()->SetOutputBuffer(&m_Buffer);
+    }
+    ~Surroundings() {
+        CUIUpdate::FreeUIUpdate();
+        CAppState::TestSuiteLog(nullptr);
+        CAppState::CleanupAppState();
+    }
+    Surroundings(Surroundings const &) = delete;
+    Surroundings & operator=(Surroundings const &) = delete;
+
+private:
+    CIniArgs m_Args;
+    CTestSuiteLog m_Suite;
+    COutputBuffer m_Buffer;
+};
+
+int OpenToAppend(fs::path const & file) {
+    int const descriptor = open(file.c_str(), O_WRONLY | O_APPEND | O_CREAT, 0600);
+    if (descriptor < 0) throw std::runtime_error("cannot open " + file.string());
+    return descriptor;
+}
+
+void PutAll(int descriptor, std::string const & line) {
+    if (write(descriptor, line.data(), line.size()) != static_cast<ssize_t>(line.size()))
+        std::abort();
+}
+
+std::string BytesOf(fs::path const & file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+void Empty(Files const & files) {
+    for (auto const & file : files)
+        fs::resize_file(file, 0);
+}
+
+template <typename Operation>
+void CheckBytes(
+    std::string const & name, std::string const & line, Files const & files, Operation operation) {
+    Empty(files);
+    std::string expected;
+    for (int i = 0; i < kChecked; ++i) {
+        operation();
+        expected += line;
+    }
+    for (auto const & file : files) {
+        if (BytesOf(file) != expected)
+            throw std::runtime_error(name + ": wrong bytes in " + file.string());
+    }
+}
+
+// Times `operation`, which must append `line` to each of `files`.
+template <typename Operation>
+void Time(
+    std::string const & name, std::string const & line, Files const & files, Operation operation) {
+    CheckBytes(name, line, files, operation);
+    benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State & state) mutable {
+        Empty(files);
+        for (auto _ : state)
+            operation();
+    })->Iterations(4000);
+}
+
+template <typename Operation>
+void TimeDropped(std::string const & name, Operation operation) {
+    benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State & state) mutable {
+        for (auto _ : state) {
+            operation();
+            benchmark::ClobberMemory();
+        }
+    })->Iterations(1000000);
+}
+
+spdlog::sink_ptr FileSink(fs::path const & file, std::string const & pattern) {
+    auto sink = std::make_shared<spdlog::sinks::basic_file_sink_st>(file.string());
+    sink->set_pattern(pattern);
+    return sink;
+}
+
+spdlog::sink_ptr ErrorSink(std::string const & pattern) {
+    auto sink = std::make_shared<spdlog::sinks::stderr_sink_st>();
+    sink->set_pattern(pattern);
+    return sink;
+}
+
+spdlog::logger * Keep(std::vector<spdlog::sink_ptr> const & sinks) {
+    static std::vector<std::shared_ptr<spdlog::logger>> kept;
+    kept.push_back(std::make_shared<spdlog::logger>("bench", sinks.begin(), sinks.end()));
+    kept.back()->flush_on(spdlog::level::trace);
+    return kept.back().get();
+}
+
+void TimeFile(
+    std::string const & group, std::string const & text, Scratch const & scratch,
+    CRawTextMXLog & log, fs::path const & logFile) {
+    std::string const line = text + "\n";
+    fs::path const bareFile = scratch / "bare";
+    fs::path const peerFile = scratch / "peer";
+    int const bare = OpenToAppend(bareFile);
+    spdlog::logger * const peer = Keep({FileSink(peerFile, "%v")});
+    Time(group + "/bare", line, {bareFile}, [=] { PutAll(bare, line); });
+    Time(group + "/ours", line, {logFile}, [&log, text] {
+        log.Write(TEST_STATUS_INFO, "%s", text);
+    });
+    Time(group + "/spdlog", line, {peerFile}, [=] { peer->info("{}", text); });
+}
+
+void TimeConsole(
+    std::string const & group, std::string const & text, Scratch const & scratch, CMXLog & log,
+    fs::path const & logFile, fs::path const & errorFile) {
+    std::string const line = "INFO    " + text + "\n";
+    fs::path const bareFile = scratch / "bare";
+    fs::path const peerFile = scratch / "peer";
+    int const bare = OpenToAppend(bareFile);
+    spdlog::logger * const peer = Keep({ErrorSink("INFO    %v"), FileSink(peerFile, "INFO    %v")});
+    Time(group + "/bare", line, {errorFile, bareFile}, [=] {
+        PutAll(STDERR_FILENO, line);
+        PutAll(bare, line);
+    });
+    Time(group + "/ours", line, {errorFile, logFile}, [&log, text] {
+        log.Write(TEST_STATUS_INFO, "%s", text);
+    });
+    Time(group + "/spdlog", line, {errorFile, peerFile}, [=] { peer->info("{}", text); });
+}
+
+void TimeDroppedEntries(CMXLog & log, Scratch const & scratch) {
+    spdlog::logger * const peer = Keep({FileSink(scratch / "peer", "%v")});
+    int value = 0;
+    TimeDropped("dropped/ours", [&log, value]() mutable {
+        benchmark::DoNotOptimize(log.Write(TEST_STATUS_INFO, Verbose, "%s %d", "text", ++value));
+    });
+    TimeDropped("dropped/spdlog", [=]() mutable { peer->debug("{} {}", "text", ++value); });
+}
+
+// Medians of processor time, and the ratios that matter.
+class RatioReporter : public benchmark::ConsoleReporter {
+public:
+    RatioReporter() : ConsoleReporter(OO_None) {}
+
+    void ReportRuns(std::vector<Run> const & runs) override {
+        for (auto const & run : runs) {
+            if (run.run_type == Run::RT_Iteration)
+                m_Times[run.run_name.function_name].push_back(run.GetAdjustedCPUTime());
+        }
+    }
+
+    void Finalize() override {
+        for (auto const & [name, times] : m_Times)
+            std::printf("%-24s %10.1f ns\n", name.c_str(), MedianOf(name));
+        for (std::string const group : {"file60", "file1024", "console60", "console1024"}) {
+            double const ours = MedianOf(group + "/ours");
+            if (ours == 0) continue;
+            std::printf(
+                "%-12s ours / bare %.3f   ours / spdlog %.3f\n", group.c_str(),
+                ours / MedianOf(group + "/bare"), ours / MedianOf(group + "/spdlog"));
+        }
+    }
+
+private:
+    double MedianOf(std::string const & name) {
+        auto & times = m_Times[name];
+        if (times.empty()) return 0;
+        auto const middle = times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2);
+        std::nth_element(times.begin(), middle, times.end());
+        return *middle;
+    }
+
+    std::map<std::string, std::vector<double>> m_Times;
+};
+
+fs::path RedirectStandardError(fs::path const & file) {
+    if (dup2(OpenToAppend(file), STDERR_FILENO) < 0) throw std::runtime_error("no standard error");
+    return file;
+}
+
+int RunAll(int argc, char ** argv) {
+    std::vector<char *> arguments(argv, argv + argc);
+    std::string interleaved = "--benchmark_enable_random_interleaving=true";
+    std::string repeated = "--benchmark_repetitions=50";
+    arguments.insert(arguments.begin() + 1, {interleaved.data(), repeated.data()});
+    int count = static_cast<int>(arguments.size());
+    benchmark::Initialize(&count, arguments.data());
+
+    Scratch const scratch;
+    Surroundings const surroundings;
+    fs::path const errorFile = RedirectStandardError(scratch / "stderr");
+    fs::path const rawFile = scratch / "raw";
+    fs::path const consoleFile = scratch / "console";
+    CRawTextMXLog raw(rawFile.c_str());
+    CConsoleOutMXLog console(consoleFile.c_str());
+
+    TimeFile("file60", std::string(60, 'x'), scratch, raw, rawFile);
+    TimeFile("file1024", std::string(1024, 'x'), scratch, raw, rawFile);
+    TimeConsole("console60", std::string(60, 'x'), scratch, console, consoleFile, errorFile);
+    TimeConsole("console1024", std::string(1024, 'x'), scratch, console, consoleFile, errorFile);
+    TimeDroppedEntries(raw, scratch);
+
+    RatioReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    return EXIT_SUCCESS;
+}
+
+} // namespace
+
+int main(int argc, char ** argv) {
+    try {
+        return RunAll(argc, argv);
+    } catch (std::exception const & error) {
+        std::cout << "LogBench: " << error.what() << '\n';
+        return EXIT_FAILURE;
+    }
+}

@@ -1,0 +1,154 @@
+// The program's arguments, read with CLI11.
+#include "examples/QNExe/CommandLine.h"
+
+#include <algorithm>
+#include <cctype>
+#include <charconv>
+#include <cstdint>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include <CLI/CLI.hpp>
+
+namespace {
+
+constexpr std::pair<std::string_view, eQNLogVerbosity> LevelNames[] = {
+    {"Quiet", Quiet},     {"Minimal", Minimal},       {"Low", Low},           {"Normal", Normal},
+    {"Verbose", Verbose}, {"Diagnostic", Diagnostic}, {"Internal", Internal},
+};
+
+constexpr std::pair<std::string_view, LogView> ViewNames[] = {
+    {"auto", LogView::Auto},
+    {"console", LogView::Console},
+    {"formatted", LogView::Formatted},
+};
+
+char Lower(char letter) {
+    return static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
+}
+
+bool EqualInAnyCase(std::string_view a, std::string_view b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
+        return Lower(x) == Lower(y);
+    });
+}
+
+std::optional<eQNLogVerbosity> NumberedLevel(std::string_view text) {
+    std::uint8_t number = 0;
+    char const * const end = text.data() + text.size();
+    auto const [stop, error] = std::from_chars(text.data(), end, number);
+    if (error != std::errc() || stop != end) return std::nullopt;
+    return static_cast<eQNLogVerbosity>(number);
+}
+
+std::optional<eQNLogVerbosity> LevelOf(std::string_view text) {
+    for (auto const & [name, level] : LevelNames)
+        if (EqualInAnyCase(name, text)) return level;
+    return NumberedLevel(text);
+}
+
+std::string LevelList() {
+    std::string list;
+    for (auto const & [name, level] : LevelNames)
+        list.append(name).append(", ");
+    return list;
+}
+
+// The checks of CLI11 answer with what is wrong, or with an empty text.
+std::string CheckLevel(std::string const & text) {
+    if (LevelOf(text)) return {};
+    return '"' + text + "\" is no level: give " + LevelList() + "or a number from 0 to 255";
+}
+
+std::string CheckNotEmpty(std::string const & text) {
+    return text.empty() ? "the name is empty: give the file of a test suite" : "";
+}
+
+std::optional<LogView> ViewOf(std::string_view text) {
+    for (auto const & [name, view] : ViewNames)
+        if (EqualInAnyCase(name, text)) return view;
+    return std::nullopt;
+}
+
+std::string CheckView(std::string const & text) {
+    if (ViewOf(text)) return {};
+    return '"' + text + "\" is no view: give auto, console or formatted";
+}
+
+struct Raw {
+    std::string suite;
+    std::string recordings;
+    std::string log;
+    std::string verbosity;
+    std::string view;
+    bool onlyFailures = false;
+};
+
+void Describe(CLI::App & app, Raw & raw) {
+    app.name("QNExe");
+    app.set_help_flag("--help", "Show this text");
+    app.set_version_flag("--version", "QNExe " QNEXE_VERSION, "Show the version");
+    app.add_option("--suite", raw.suite, "The test suite to run, a shared library")
+        ->required()
+        ->check(CheckNotEmpty)
+        ->type_name("FILE");
+    app.add_option("--recordings", raw.recordings, "Recorded devices that the suite reads")
+        ->type_name("DIR");
+    app.add_option("--log", raw.log, "A text file to append the log to")->type_name("FILE");
+    app.add_option("--verbosity", raw.verbosity, "How much to log: " + LevelList() + "or 0 to 255")
+        ->check(CheckLevel)
+        ->type_name("LEVEL");
+    app.add_option(
+           "--view", raw.view,
+           "How to show the log: console, formatted, or auto, which is formatted on a terminal")
+        ->check(CheckView)
+        ->type_name("VIEW");
+    app.add_flag("--only-failures", raw.onlyFailures, "Leave out the entries of tests that pass");
+    app.footer("Exit code: 0 passed, 1 failed, 2 no test ran, 3 aborted by the operator, "
+               "4 could not run.");
+}
+
+std::optional<std::string> IfGiven(CLI::App const & app, char const * option, std::string value) {
+    if (app.count(option) == 0) return std::nullopt;
+    return value;
+}
+
+HostOptions OptionsOf(CLI::App const & app, Raw const & raw) {
+    HostOptions options;
+    options.suite = raw.suite;
+    options.recordings = IfGiven(app, "--recordings", raw.recordings);
+    options.log = IfGiven(app, "--log", raw.log);
+    options.verbosity = LevelOf(raw.verbosity).value_or(Normal);
+    options.view = ViewOf(raw.view).value_or(LogView::Auto);
+    options.onlyFailures = raw.onlyFailures;
+    return options;
+}
+
+CommandLineReply UsageError(CLI::ParseError const & error) {
+    return {"QNExe: " + std::string(error.what()) + ".\nQNExe --help shows the options.\n", true};
+}
+
+// CLI11 takes its arguments last one first.
+void Parse(CLI::App & app, std::vector<std::string> const & arguments) {
+    app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+}
+
+} // namespace
+
+std::variant<HostOptions, CommandLineReply>
+ReadCommandLine(std::vector<std::string> const & arguments) {
+    CLI::App app("Runs a test suite and ends with its verdict.");
+    Raw raw;
+    Describe(app, raw);
+    try {
+        Parse(app, arguments);
+    } catch (CLI::CallForHelp const &) {
+        return CommandLineReply{app.help() + '\n', false};
+    } catch (CLI::CallForVersion const & version) {
+        return CommandLineReply{std::string(version.what()) + '\n', false};
+    } catch (CLI::ParseError const & error) {
+        return UsageError(error);
+    }
+    return OptionsOf(app, raw);
+}

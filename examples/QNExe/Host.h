@@ -1,0 +1,58 @@
+// One run of one suite: everything that lives as long as the run, and the two threads of it.
+//
+// The thread that makes the host becomes the window thread. The suite is made, run and deleted on
+// a test thread that Run starts and joins.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "examples/QNExe/CommandLine.h"
+#include "examples/QNExe/ExitCode.h"
+#include "examples/QNExe/HostWindow.h"
+#include "examples/QNExe/SuiteLibrary.h"
+#include "examples/QNExe/view/FormattedView.h"
+#include "log/CMXLog.h"
+#include "output/COutputBuffer.h"
+#include "settings/CIniArgs.h"
+#include "siblings/QuillonLog.h"
+
+class Host {
+public:
+    // Both throw std::runtime_error, whose text says what to do, when the suite cannot run.
+    explicit Host(HostOptions const & options);
+    ExitCode Run();
+
+private:
+    // The library's process-wide state, up before all else and down after it.
+    struct LibraryState {
+        LibraryState();
+        LibraryState(LibraryState const &) = delete;
+        LibraryState & operator=(LibraryState const &) = delete;
+        ~LibraryState();
+    };
+
+    void FillState();
+    void BindWindow();
+
+    // On the test thread.
+    void RunToTheEnd();
+    ExitCode RunSuite();
+    void RunTests(TestSuite & suite);
+    std::unique_ptr<CMXLog> MakeLog();
+
+    HostOptions m_Options;
+    LibraryState m_State;
+    CIniArgs m_IniArgs;
+    COutputBuffer m_Output;
+    CTestSuiteLog m_SuiteLog;
+    // Only for a formatted log.
+    std::unique_ptr<FormattedView> m_View;
+    HostWindow m_Window;
+    SuiteLibrary m_Library;
+
+    // Written by the test thread, read when it has ended.
+    ExitCode m_ExitCode = ExitCode::CouldNotRun;
+    std::optional<std::string> m_Failure;
+};

@@ -1,0 +1,30 @@
+// The loop of the window thread: serves its windows, and notices the operator's Ctrl-C.
+//
+// One a process, made, run and ended on the window thread.
+#pragma once
+
+#include "platform/Messaging.h"
+
+class HostLoop {
+public:
+    // Sent to the window on its own thread at the first Ctrl-C. The next one is left to the
+    // system, which ends the process.
+    static constexpr UINT InterruptMessage = WM_APP + 1;
+
+    // Sent to the window on its own thread when nothing else has come for IdleMilliseconds.
+    static constexpr UINT IdleMessage = WM_APP + 4;
+    static constexpr unsigned IdleMilliseconds = 100;
+
+    // Ctrl-C is noticed from here on, and kept for Run. A Ctrl-C that the process was started to
+    // ignore stays ignored. Throws std::system_error.
+    explicit HostLoop(HWND window);
+    HostLoop(HostLoop const &) = delete;
+    HostLoop & operator=(HostLoop const &) = delete;
+    ~HostLoop();
+
+    // Until a window's procedure calls PostQuitMessage.
+    void Run() noexcept;
+
+private:
+    HWND m_Window;
+};

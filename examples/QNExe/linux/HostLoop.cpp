@@ -1,0 +1,92 @@
+// The loop of the window thread on poll: the message queue, and a pipe on which the signal handler
+// rings.
+#include "examples/QNExe/HostLoop.h"
+
+#include <atomic>
+#include <cerrno>
+#include <system_error>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <unistd.h>
+
+namespace {
+
+std::atomic<int> interruptRead{-1};
+std::atomic<int> interruptWrite{-1};
+struct sigaction actionBefore;
+
+// Runs on whichever thread the signal meets: only what a handler may call.
+void RingForInterrupt(int) {
+    int const kept = errno;
+    char const ring = 0;
+    [[maybe_unused]] ssize_t const written = write(interruptWrite, &ring, sizeof ring);
+    errno = kept;
+}
+
+[[noreturn]] void Fail(char const * what) {
+    throw std::system_error(errno, std::generic_category(), what);
+}
+
+void OpenPipe() {
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0) Fail("cannot watch for Ctrl-C");
+    interruptRead = ends[0];
+    interruptWrite = ends[1];
+}
+
+// Resetting the handler at its first call leaves the second Ctrl-C to the system. Restarting keeps
+// the interruption out of the suite's own system calls.
+void WatchSignal() {
+    sigaction(SIGINT, nullptr, &actionBefore);
+    if (actionBefore.sa_handler == SIG_IGN) return;
+    struct sigaction watch = {};
+    watch.sa_handler = RingForInterrupt;
+    watch.sa_flags = static_cast<int>(SA_RESETHAND) | SA_RESTART;
+    sigaction(SIGINT, &watch, nullptr);
+}
+
+bool TakeInterrupt() {
+    char ring;
+    return read(interruptRead, &ring, sizeof ring) == sizeof ring;
+}
+
+// False: nothing came.
+bool WaitForEither(int messages) {
+    pollfd watched[] = {{messages, POLLIN, 0}, {interruptRead, POLLIN, 0}};
+    // A signal or a lack of memory ends the wait early; both sources are looked at in any case.
+    return poll(watched, 2, HostLoop::IdleMilliseconds) != 0;
+}
+
+// False: the loop is to end.
+bool ServeMessages() {
+    MSG message;
+    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
+        if (message.message == WM_QUIT) return false;
+        TranslateMessage(&message);
+        DispatchMessageA(&message);
+    }
+    return true;
+}
+
+} // namespace
+
+HostLoop::HostLoop(HWND window) : m_Window(window) {
+    OpenPipe();
+    WatchSignal();
+}
+
+HostLoop::~HostLoop() {
+    sigaction(SIGINT, &actionBefore, nullptr);
+    close(interruptWrite.exchange(-1));
+    close(interruptRead.exchange(-1));
+}
+
+void HostLoop::Run() noexcept {
+    int const messages = MorvexMessageDescriptor();
+    while (ServeMessages()) {
+        if (!WaitForEither(messages)) SendMessageA(m_Window, IdleMessage, 0, 0);
+        if (TakeInterrupt()) SendMessageA(m_Window, InterruptMessage, 0, 0);
+    }
+}

@@ -1,0 +1,29 @@
+// Keeps the entries of a run in a text file, when the log itself shows them elsewhere.
+//
+// For the thread that runs the tests. Every entry has left the process when its call returns: a
+// crash loses none.
+#pragma once
+
+#include <cstdio>
+#include <memory>
+#include <string>
+
+#include "siblings/QuillonLog.h"
+
+class LogFile : public CTestSuiteListener {
+public:
+    // Appends. Throws std::runtime_error, whose text says what to do, when the file cannot be
+    // opened.
+    explicit LogFile(std::string const & name);
+
+    // Status word, text and a line feed, as the console's log has them. An entry that cannot be
+    // written is lost: a log that cannot write does not stop a test.
+    void EntryWritten(CTestLog const & test, CTestLogEntry const & entry) override;
+
+private:
+    struct Close {
+        void operator()(std::FILE * file) const { std::fclose(file); }
+    };
+
+    std::unique_ptr<std::FILE, Close> m_File;
+};

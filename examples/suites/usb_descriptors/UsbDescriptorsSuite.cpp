@@ -1,0 +1,137 @@
+// From recordings to tests, and from findings to entries of the log.
+#include "UsbDescriptorsSuite.h"
+
+#include <algorithm>
+#include <map>
+#include <memory>
+#include <span>
+#include <stdexcept>
+#include <tuple>
+#include <utility>
+
+#include "RecordingFiles.h"
+#include "Rules.h"
+#include "Speeds.h"
+#include "Text.h"
+#include "app/CAppState.h"
+#include "settings/CIniArgs.h"
+
+MORVEX_TEST_SUITE(UsbDescriptorsSuite)
+
+namespace {
+
+// One recorded device. The tree of `parsed` borrows the bytes of `file`, so it is made in place
+// and shared by the tests of the device.
+struct Subject {
+    explicit Subject(usb::RecordingFile && source)
+        : file(std::move(source)), parsed(usb::ParseRecording(file.bytes)) {}
+    Subject(Subject const &) = delete;
+    Subject & operator=(Subject const &) = delete;
+
+    usb::RecordingFile const file;
+    usb::ParsedRecording const parsed;
+};
+
+using SharedSubject = std::shared_ptr<Subject const>;
+
+std::string const * FindSetting(char const * key) {
+    std::string * value = nullptr;
+    return CAppState::GetIniArgs().GetArg("Suite", key, value) ? value : nullptr;
+}
+
+std::vector<usb::RecordingFile> ReadInput() {
+    if (auto const * const folder = FindSetting("Recordings"))
+        return usb::ReadRecordings(usb::PathOf(*folder));
+    auto const * const root = FindSetting("DevicesRoot");
+    // Where the system keeps the descriptors of its devices; empty where it does not show them.
+    std::string const devices = root != nullptr ? *root : USB_DESCRIPTORS_DEVICES_ROOT;
+    if (devices.empty())
+        throw std::runtime_error(
+            "There is nothing to test: this system does not show its devices' descriptors as "
+            "files, and no recordings were given. Give a folder of *.bin files as Recordings of "
+            "section Suite.");
+    return usb::ReadMachineDevices(usb::PathOf(devices));
+}
+
+// "0409:0058", or the recording's name where there is no device descriptor.
+std::string IdOf(Subject const & subject) {
+    if (!subject.parsed.device) return subject.file.name;
+    auto const & descriptor = subject.parsed.device->descriptor;
+    return usb::Id(descriptor.Get(usb::device::idVendor)) + ":"
+           + usb::Id(descriptor.Get(usb::device::idProduct));
+}
+
+// Names to tell the devices apart, in the order of the subjects: several of one kind bear the
+// names of their recordings as well.
+std::vector<std::string> NamesOf(std::vector<SharedSubject> const & subjects) {
+    std::map<std::string, int> count;
+    for (auto const & subject : subjects)
+        ++count[IdOf(*subject)];
+    std::vector<std::string> names;
+    for (auto const & subject : subjects) {
+        std::string const id = IdOf(*subject);
+        names.push_back(count[id] == 1 ? id : id + " (" + subject->file.name + ")");
+    }
+    return names;
+}
+
+TEST_STATUS StatusOf(usb::Severity severity) {
+    return severity == usb::Severity::Shall ? TEST_STATUS_FAIL : TEST_STATUS_WARNING;
+}
+
+// A recording that is not one at all can have a finding every few bytes. Nobody reads those.
+constexpr std::size_t MaximumEntries = 100;
+
+TEST_STATUS Report(CMXLog & log, std::vector<usb::Finding> const & findings) {
+    std::size_t const shown = std::min(findings.size(), MaximumEntries);
+    for (auto const & finding : std::span(findings).first(shown))
+        log.Write(StatusOf(finding.severity), "%s", usb::ToText(finding));
+    if (shown < findings.size())
+        log.Write(
+            TEST_STATUS_FAIL, "%u further findings are not shown",
+            static_cast<std::uint32_t>(findings.size() - shown));
+    return log.TestStatus();
+}
+
+TEST_STATUS TestStructure(CMXLog & log, Subject const & subject) {
+    auto const & [file, parsed] = std::tie(subject.file, subject.parsed);
+    log.Write(
+        TEST_STATUS_INFO, Verbose, "Recording %s, %u bytes", file.name,
+        static_cast<std::uint32_t>(file.bytes.size()));
+    if (!file.problem.empty()) {
+        log.Write(TEST_STATUS_ABORT, "Recording %s: %s", file.name, file.problem);
+        return log.TestStatus();
+    }
+    if (parsed.device)
+        log.Write(
+            TEST_STATUS_INFO, Verbose, "Everything in it is right at %s",
+            usb::NamesOf(usb::SpeedsOfAll(*parsed.device)));
+    return Report(log, parsed.findings);
+}
+
+void AddTests(
+    std::vector<TestCase> & tests, SharedSubject const & subject, std::string const & name) {
+    tests.push_back({name + " Structure", true, [subject](CMXLog & log) {
+                         return TestStructure(log, *subject);
+                     }});
+    if (!subject->parsed.device || !subject->file.problem.empty()) return;
+    for (auto const & group : usb::RuleGroups()) {
+        if (group.applies != nullptr && !group.applies(*subject->parsed.device)) continue;
+        tests.push_back({name + " " + group.name, true, [subject, &group](CMXLog & log) {
+                             return Report(log, group.check(*subject->parsed.device));
+                         }});
+    }
+}
+
+} // namespace
+
+std::vector<TestCase> UsbDescriptorsSuite::Tests() {
+    std::vector<SharedSubject> subjects;
+    for (auto & file : ReadInput())
+        subjects.push_back(std::make_shared<Subject const>(std::move(file)));
+    auto const names = NamesOf(subjects);
+    std::vector<TestCase> tests;
+    for (std::size_t i = 0; i < subjects.size(); ++i)
+        AddTests(tests, subjects[i], names[i]);
+    return tests;
+}

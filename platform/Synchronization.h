@@ -1,0 +1,66 @@
+// Critical sections, waitable events, sleeping and the high-resolution counter.
+//
+// A critical section may be entered again by the thread that holds it. An event made by
+// CreateEventA is owned by the caller, who gives it to CloseHandle. Every operation may be called
+// from any thread.
+#pragma once
+
+#include "platform/BaseTypes.h"
+
+#if !defined(_WIN32)
+
+#include <pthread.h>
+
+struct CRITICAL_SECTION {
+    pthread_mutex_t mutex;
+};
+
+union LARGE_INTEGER {
+    struct {
+        DWORD LowPart;
+        LONG HighPart;
+    } u;
+    long long QuadPart;
+};
+
+inline constexpr DWORD INFINITE = 0xFFFFFFFF;
+inline constexpr DWORD WAIT_OBJECT_0 = 0;
+inline constexpr DWORD WAIT_TIMEOUT = 258;
+inline constexpr DWORD WAIT_FAILED = 0xFFFFFFFF;
+
+struct _SECURITY_ATTRIBUTES;
+
+MORVEX_PLATFORM_API void InitializeCriticalSection(CRITICAL_SECTION * section);
+MORVEX_PLATFORM_API void EnterCriticalSection(CRITICAL_SECTION * section);
+MORVEX_PLATFORM_API void LeaveCriticalSection(CRITICAL_SECTION * section);
+MORVEX_PLATFORM_API void DeleteCriticalSection(CRITICAL_SECTION * section);
+
+// An event that waiters see until it is reset (manual) or until one of them has seen it. Null with
+// ERROR_INVALID_PARAMETER for an event with a name: there is none beyond the process. Null with
+// ERROR_NOT_ENOUGH_MEMORY when the process may open no more descriptors.
+MORVEX_PLATFORM_API HANDLE CreateEventA(
+    _SECURITY_ATTRIBUTES * attributes, BOOL manualReset, BOOL initiallySet, char const * name);
+
+// Zero with ERROR_INVALID_HANDLE: not an event. Setting a set event costs no system call.
+MORVEX_PLATFORM_API BOOL SetEvent(HANDLE event);
+MORVEX_PLATFORM_API BOOL ResetEvent(HANDLE event);
+
+// Waits up to `milliseconds` (INFINITE: without end): WAIT_OBJECT_0, WAIT_TIMEOUT, or WAIT_FAILED
+// with ERROR_INVALID_HANDLE.
+MORVEX_PLATFORM_API DWORD WaitForSingleObject(HANDLE object, DWORD milliseconds);
+
+// Zero with ERROR_INVALID_HANDLE: null, closed already or never given out. A thread that waits for
+// the object meanwhile goes on waiting.
+MORVEX_PLATFORM_API BOOL CloseHandle(HANDLE object);
+
+// 0 milliseconds: lets other threads run.
+MORVEX_PLATFORM_API void Sleep(DWORD milliseconds);
+MORVEX_PLATFORM_API BOOL QueryPerformanceCounter(LARGE_INTEGER * count);
+MORVEX_PLATFORM_API BOOL QueryPerformanceFrequency(LARGE_INTEGER * countsPerSecond);
+MORVEX_PLATFORM_API DWORD GetCurrentThreadId();
+
+// The descriptor behind an event, readable while the event is set, for a caller's own event loop.
+// The event keeps it: never read from it, never close it. -1: not an event.
+MORVEX_PLATFORM_API int MorvexEventDescriptor(HANDLE event);
+
+#endif

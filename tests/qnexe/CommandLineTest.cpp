@@ -1,0 +1,156 @@
+// The program's arguments: what they set, and what the caller is told otherwise.
+#include "examples/QNExe/CommandLine.h"
+
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using testing::HasSubstr;
+
+HostOptions Options(std::vector<std::string> const & arguments) {
+    auto const read = ReadCommandLine(arguments);
+    if (auto const * reply = std::get_if<CommandLineReply>(&read)) ADD_FAILURE() << reply->text;
+    auto const * const options = std::get_if<HostOptions>(&read);
+    return options != nullptr ? *options : HostOptions{};
+}
+
+CommandLineReply Reply(std::vector<std::string> const & arguments) {
+    auto const read = ReadCommandLine(arguments);
+    auto const * const reply = std::get_if<CommandLineReply>(&read);
+    if (reply == nullptr) ADD_FAILURE() << "accepted";
+    return reply != nullptr ? *reply : CommandLineReply{"", false};
+}
+
+// The text of a refusal, without the line that points to the help.
+std::string Refusal(std::vector<std::string> const & arguments) {
+    auto const [text, isError] = Reply(arguments);
+    EXPECT_TRUE(isError);
+    std::string const hint = "QNExe --help shows the options.\n";
+    if (!text.ends_with(hint)) return "no hint: " + text;
+    return text.substr(0, text.size() - hint.size());
+}
+
+eQNLogVerbosity Level(std::string const & text) {
+    return Options({"--suite", "s.so", "--verbosity", text}).verbosity;
+}
+
+TEST(CommandLineTest, SuiteAloneLeavesTheRestAtItsDefaults) {
+    HostOptions const options = Options({"--suite", "s.so"});
+    EXPECT_EQ(options.suite, "s.so");
+    EXPECT_EQ(options.recordings, std::nullopt);
+    EXPECT_EQ(options.log, std::nullopt);
+    EXPECT_EQ(options.verbosity, Normal);
+    EXPECT_EQ(options.view, LogView::Auto);
+    EXPECT_FALSE(options.onlyFailures);
+}
+
+TEST(CommandLineTest, EachOptionSetsItsOwn) {
+    HostOptions const options = Options(
+        {"--only-failures", "--verbosity", "Low", "--log", "a b.log", "--recordings", "dir",
+         "--suite", "s.so"});
+    EXPECT_EQ(options.suite, "s.so");
+    EXPECT_EQ(options.recordings, "dir");
+    EXPECT_EQ(options.log, "a b.log");
+    EXPECT_EQ(options.verbosity, Low);
+    EXPECT_TRUE(options.onlyFailures);
+}
+
+TEST(CommandLineTest, ValueMayStandBehindAnEqualsSign) {
+    HostOptions const options = Options({"--suite=s.so", "--log=run=1.log"});
+    EXPECT_EQ(options.suite, "s.so");
+    EXPECT_EQ(options.log, "run=1.log");
+}
+
+TEST(CommandLineTest, LevelIsANameInAnyCase) {
+    struct Case {
+        char const * name;
+        eQNLogVerbosity level;
+    };
+    for (auto const & [name, level] :
+         {Case{"Quiet", Quiet},
+          {"MINIMAL", Minimal},
+          {"low", Low},
+          {"nOrMaL", Normal},
+          {"Verbose", Verbose},
+          {"diagnostic", Diagnostic},
+          {"Internal", Internal}}) {
+        SCOPED_TRACE(name);
+        EXPECT_EQ(Level(name), level);
+    }
+}
+
+TEST(CommandLineTest, LevelIsANumberOfOneByte) {
+    for (int const number : {0, 1, 5, 6, 200, 254, 255})
+        EXPECT_EQ(Level(std::to_string(number)), number);
+}
+
+TEST(CommandLineTest, OtherLevelsAreRefusedWithTheList) {
+    for (std::string const text : {"Loud", "256", "1000", "3x", "0x3", "Normal ", " 3", ""}) {
+        SCOPED_TRACE(text);
+        EXPECT_EQ(
+            Refusal({"--suite", "s.so", "--verbosity", text}),
+            "QNExe: --verbosity: \"" + text
+                + "\" is no level: give Quiet, Minimal, Low, Normal, Verbose, Diagnostic, "
+                  "Internal, or a number from 0 to 255.\n");
+    }
+}
+
+TEST(CommandLineTest, SuiteIsRequired) {
+    EXPECT_EQ(Refusal({}), "QNExe: --suite is required.\n");
+    EXPECT_EQ(Refusal({"--only-failures"}), "QNExe: --suite is required.\n");
+}
+
+TEST(CommandLineTest, SuiteWithoutANameIsRefused) {
+    EXPECT_EQ(
+        Refusal({"--suite", ""}),
+        "QNExe: --suite: the name is empty: give the file of a test suite.\n");
+}
+
+TEST(CommandLineTest, UnknownArgumentIsNamed) {
+    EXPECT_THAT(Refusal({"--suite", "s.so", "--loud"}), HasSubstr("--loud"));
+    EXPECT_THAT(Refusal({"--suite", "s.so", "stray"}), HasSubstr("stray"));
+}
+
+TEST(CommandLineTest, OptionWithoutItsValueIsNamed) {
+    EXPECT_THAT(Refusal({"--suite"}), HasSubstr("--suite"));
+    EXPECT_THAT(Refusal({"--suite", "s.so", "--log"}), HasSubstr("--log"));
+}
+
+TEST(CommandLineTest, RepeatedOptionIsNamed) {
+    EXPECT_THAT(Refusal({"--suite", "a.so", "--suite", "b.so"}), HasSubstr("--suite"));
+}
+
+TEST(CommandLineTest, VersionIsTheProjects) {
+    auto const [text, isError] = Reply({"--version"});
+    EXPECT_EQ(text, "QNExe " PROJECT_VERSION "\n");
+    EXPECT_FALSE(isError);
+}
+
+TEST(CommandLineTest, HelpNamesEveryOptionAndExitCode) {
+    auto const [text, isError] = Reply({"--help"});
+    EXPECT_FALSE(isError);
+    EXPECT_TRUE(text.ends_with('\n'));
+    for (char const * part :
+         {"QNExe", "--suite FILE", "--recordings DIR", "--log FILE", "--verbosity LEVEL",
+          "--only-failures", "--help", "--version",
+          "0 passed, 1 failed, 2 no test ran, 3 aborted by the operator, 4 could not run"})
+        EXPECT_THAT(text, HasSubstr(part));
+}
+
+TEST(CommandLineTest, ViewIsANameInAnyCase) {
+    EXPECT_EQ(Options({"--suite", "s.so", "--view", "auto"}).view, LogView::Auto);
+    EXPECT_EQ(Options({"--suite", "s.so", "--view", "Console"}).view, LogView::Console);
+    EXPECT_EQ(Options({"--suite", "s.so", "--view", "FORMATTED"}).view, LogView::Formatted);
+}
+
+TEST(CommandLineTest, AnotherViewIsRefused) {
+    EXPECT_EQ(
+        Refusal({"--suite", "s.so", "--view", "pretty"}),
+        "QNExe: --view: \"pretty\" is no view: give auto, console or formatted.\n");
+}
+
+} // namespace

@@ -1,0 +1,100 @@
+// The host's window: what it takes from the library, and when Ctrl-C is the operator's abort.
+#include "examples/QNExe/HostWindow.h"
+
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "qnexe/LibraryState.h"
+
+namespace {
+
+class HostWindowTest : public testing::Test {
+protected:
+    HostWindowTest() { CUIUpdate::GetUIUpdate(m_Window.Handle()); }
+
+    // Serves the window while `steps` run on a thread of their own.
+    template <typename Steps>
+    void ServeDuring(Steps const & steps) {
+        std::thread test([&] {
+            steps();
+            m_Window.End();
+        });
+        m_Window.Serve();
+        test.join();
+    }
+
+    void Interrupt() { SendMessageA(m_Window.Handle(), HostLoop::InterruptMessage, 0, 0); }
+
+    static bool AbortStands() { return CUIUpdate::GetUIUpdate()->AbortFunction(); }
+
+    LibraryState m_State;
+    HostWindow m_Window;
+};
+
+TEST_F(HostWindowTest, EndEndsTheLoop) {
+    ServeDuring([] {});
+    SUCCEED();
+}
+
+TEST_F(HostWindowTest, UpdateTakesTheTextOut) {
+    m_State.output.AddText(std::string("a line"));
+    ServeDuring([] { CUIUpdate::DoUpdate(true); });
+    EXPECT_EQ(m_State.output.GetText(), nullptr);
+}
+
+TEST_F(HostWindowTest, UpdateWithoutABufferDoesNothing) {
+    CUIUpdate::GetUIUpdate()->SetOutputBuffer(nullptr);
+    EXPECT_NO_THROW(ServeDuring([] { CUIUpdate::DoUpdate(true); }));
+}
+
+TEST_F(HostWindowTest, InterruptionAsksForAnAbort) {
+    bool stood = true;
+    ServeDuring([&] {
+        stood = AbortStands();
+        Interrupt();
+    });
+    EXPECT_FALSE(stood);
+    EXPECT_TRUE(AbortStands());
+}
+
+TEST_F(HostWindowTest, InterruptionOfARunThatIsOverAsksForNothing) {
+    ServeDuring([&] {
+        m_Window.RefuseAborts();
+        Interrupt();
+    });
+    EXPECT_FALSE(AbortStands());
+}
+
+TEST_F(HostWindowTest, AbortStaysWhenFurtherOnesAreRefused) {
+    ServeDuring([&] {
+        Interrupt();
+        m_Window.RefuseAborts();
+    });
+    EXPECT_TRUE(AbortStands());
+}
+
+TEST_F(HostWindowTest, OtherMessagesAreLeftToTheSystem) {
+    LRESULT answer = -1;
+    ServeDuring([&] { answer = SendMessageA(m_Window.Handle(), WM_APP + 100, 1, 2); });
+    EXPECT_EQ(answer, 0);
+}
+
+TEST_F(HostWindowTest, SecondWindowIsRefused) {
+    EXPECT_THROW(HostWindow(), std::runtime_error);
+    EXPECT_NE(IsWindow(m_Window.Handle()), 0);
+}
+
+TEST(HostWindowLifeTest, WindowGoesWithItsObjectAndAnotherCanBeMade) {
+    auto window = std::make_unique<HostWindow>();
+    HWND const handle = window->Handle();
+    EXPECT_NE(IsWindow(handle), 0);
+    window.reset();
+    EXPECT_EQ(IsWindow(handle), 0);
+    EXPECT_NO_THROW(HostWindow());
+}
+
+} // namespace

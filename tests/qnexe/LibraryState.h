@@ -1,0 +1,34 @@
+// What the library needs around a log: its state, a suite record and an output buffer, without a
+// window.
+#pragma once
+
+#include "app/CAppState.h"
+#include "output/COutputBuffer.h"
+#include "output/CUIUpdate.h"
+#include "settings/CIniArgs.h"
+#include "siblings/QuillonLog.h"
+
+class LibraryState {
+public:
+    LibraryState() {
+        CHARFORMAT2A look = CFormatInfo().format;
+        look.cbSize = sizeof look;
+        COutputBuffer::InitializeDefaultFormatInfo(look);
+        CAppState::InitAppState(EApplicationFamily{});
+        CAppState::SetIniArgs(m_IniArgs);
+        CAppState::TestSuiteLog(&suite);
+        CUIUpdate::GetUIUpdate()->SetOutputBuffer(&output);
+    }
+    LibraryState(LibraryState const &) = delete;
+    LibraryState & operator=(LibraryState const &) = delete;
+    ~LibraryState() {
+        CUIUpdate::FreeUIUpdate();
+        CAppState::CleanupAppState();
+    }
+
+    CTestSuiteLog suite;
+    COutputBuffer output;
+
+private:
+    CIniArgs m_IniArgs;
+};
