@@ -12,7 +12,8 @@ constexpr int BarWidth = 20;
 std::string Bar(int position, int range) {
     auto const filled =
         static_cast<std::size_t>(static_cast<long long>(position) * BarWidth / range);
-    return "[" + std::string(filled, '#') + std::string(BarWidth - filled, '-') + "]";
+    std::string bar = "[";
+    return bar.append(filled, '#').append(BarWidth - filled, '-').append("]");
 }
 
 bool IsShown(wchar_t unit) { return unit >= 0x20 && (unit < 0x7F || unit > 0x9F); }
