@@ -7,6 +7,7 @@
 #include <iconv.h>
 
 #include <memory>
+#include <stdexcept>
 #include <string>
 
 #include "siblings/Keelbase.h"
@@ -56,7 +57,10 @@ private:
 void Widen(benchmark::State & state, std::string const & text, double goal) {
     for (auto _ : state)
         benchmark::DoNotOptimize(Utf8ToUtf16(text.c_str()));
-    if (goal > 0) state.counters["goal"] = goal;
+    if (goal > 0)
+        state.counters["goal"] = goal;
+    else
+        state.SetLabel("ahead of iconv");
 }
 
 void WidenLimit(benchmark::State & state, std::string const & text) {
@@ -86,10 +90,18 @@ void NarrowIconv(benchmark::State & state, std::wstring const & text) {
         benchmark::DoNotOptimize(iconv.Convert<std::string>(text));
 }
 
+void CheckThatAllAgree(std::string const & text, std::wstring const & wide) {
+    if (*Iconv("WCHAR_T", "UTF-8").Convert<std::wstring>(text) == wide
+        && *Iconv("UTF-8", "WCHAR_T").Convert<std::string>(wide) == *Utf16ToUtf8(wide.c_str()))
+        return;
+    throw std::runtime_error("the contenders convert to different texts");
+}
+
 // The least is that of ASCII, for which there is a goal; mixed text is only compared among those
 // who convert it.
 void Register(std::string const & topic, std::string const & text, double goal) {
     std::wstring const wide = *Utf8ToUtf16(text);
+    CheckThatAllAgree(text, wide);
     std::string const widen = "Widen" + topic;
     std::string const narrow = "Narrow" + topic;
     benchmark::RegisterBenchmark((widen + "/Utf8ToUtf16").c_str(), Widen, text, goal);

@@ -89,7 +89,8 @@ void CMXLog::OpenTest() {
 TEST_STATUS CMXLog::StartTest(char const * name, unsigned long delay) {
     m_StartTestCalled = true;
     if (!m_TestInitialized) InitTest();
-    CUIUpdate::GetUIUpdate()->GetOutputBuffer()->SetDefaultFormatInfo();
+    COutputBuffer * const buffer = CUIUpdate::GetUIUpdate()->GetOutputBuffer();
+    buffer->SetDefaultFormatInfo();
     m_TestName = name != nullptr ? name : "";
 
     CFormatInfo const look = EntryFormats::Start();
@@ -97,7 +98,7 @@ TEST_STATUS CMXLog::StartTest(char const * name, unsigned long delay) {
     WriteOwnLine(TracePoints::kStartLine, "Start time: " + MakeStartTimeString() + "\r\n", look);
     CurrentTest::With([this](CTestLog & record) { record.TestName(m_TestName.c_str()); });
 
-    CUIUpdate::GetUIUpdate()->GetOutputBuffer()->SetDefaultFormatInfo();
+    buffer->SetDefaultFormatInfo();
     CUIUpdate::DoUpdate(true);
     Sleep(static_cast<DWORD>(delay));
     return m_TestStatus & TEST_STATUS_SUCCESS;

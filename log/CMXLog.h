@@ -89,7 +89,8 @@ public:
     bool TestAborted() const;
 
     // Writes the suite's summary and files its verdict. TS_ABORTED, and nothing written, when
-    // nothing was recorded. Throws CQNRunTimeException when the counts change under it.
+    // nothing was recorded. Throws CQNRunTimeException when the count of unexpected entries changes
+    // under it.
     TS_STATUS DumpSummaryCounts();
 
     // Reduces a caller's word to the one element that an entry carries, or 0. What had to be

@@ -137,7 +137,8 @@ void CMXLog::WriteUnexpectedEntries() {
 void CMXLog::DoStopTest(TEST_STATUS status) {
     m_StopTestCalled = true;
     m_StartTestCalled = false;
-    CUIUpdate::GetUIUpdate()->GetOutputBuffer()->SetDefaultFormatInfo();
+    COutputBuffer * const buffer = CUIUpdate::GetUIUpdate()->GetOutputBuffer();
+    buffer->SetDefaultFormatInfo();
     if (m_TestActive) {
         *m_StopTime = std::chrono::system_clock::now();
         CurrentTest::With([this](CTestLog & record) { record.StopTime(*m_StopTime); });
@@ -146,7 +147,7 @@ void CMXLog::DoStopTest(TEST_STATUS status) {
         WriteClosing(look);
         FileCounts();
     }
-    CUIUpdate::GetUIUpdate()->GetOutputBuffer()->SetDefaultFormatInfo();
+    buffer->SetDefaultFormatInfo();
     CUIUpdate::DoUpdate(true);
     Clear();
 }

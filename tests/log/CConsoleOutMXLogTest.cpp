@@ -2,6 +2,8 @@
 #include "log/CConsoleOutMXLog.h"
 
 #include <cstdio>
+#include <cstdlib>
+#include <exception>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -58,6 +60,8 @@ protected:
     TempFile m_File;
     std::unique_ptr<ConsoleSink> m_Log;
 };
+
+using CConsoleOutMXLogDeathTest = CConsoleOutMXLogTest;
 
 constexpr char kStartLine[] = "INFO    Start time: Nov 14, 2026 - 17:08:36\r\n\n";
 
@@ -269,6 +273,23 @@ TEST_F(CConsoleOutMXLogTest, TheEndOfTheLogWritesASecondSummary) {
         EXPECT_EQ(Log().DumpSummaryCounts(), TS_SUCCESS);
         m_Log.reset();
     });
+}
+
+// What throws out of the summary finds a destructor, and no handler behind it.
+TEST_F(CConsoleOutMXLogDeathTest, AnUnexpectedEntryDuringTheLastSummaryEndsTheProcess) {
+    EXPECT_EXIT(
+        {
+            Open();
+            m_Bench.m_Suite.CurrentTestLog()->IncrAborts();
+            std::set_terminate([] { std::_Exit(77); });
+            StreamFault const intrusion(Fault::All, [&](std::FILE *) {
+                m_Bench.m_Suite.CurrentTestLog()->IncrUnknowns();
+                return false;
+            });
+            m_Log.reset();
+            std::_Exit(0);
+        },
+        testing::ExitedWithCode(77), "");
 }
 
 TEST_F(CConsoleOutMXLogTest, ALogWithNothingRecordedEndsInSilence) {

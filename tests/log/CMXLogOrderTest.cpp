@@ -164,3 +164,18 @@ TEST_F(CMXLogOrderTest, AFurtherTestOnTheSameLogRunsWhole) {
                     "result 00000001",
                 }));
 }
+
+TEST_F(CMXLogOrderTest, ATestWithoutANameIsRecordedUnderAnEmptyOne) {
+    Start("T1");
+    Watch();
+    Start(nullptr);
+    EXPECT_EQ(
+        Seen(), (Lines{
+                    "buffer default",
+                    R"(buffer start "\r\n===============\r\n\r\nNow Starting Test: \r\n ")",
+                    R"(write INFO start "Start time: Nov 14, 2026 - 17:08:36\r\n")",
+                    "record name \"\"",
+                    "buffer default",
+                    "update",
+                }));
+}

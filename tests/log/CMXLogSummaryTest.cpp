@@ -114,6 +114,23 @@ TEST_F(CMXLogSummaryTest, NothingStopsTheSummaryAndItIsNotCounted) {
     EXPECT_EQ(Counts(), "failures 0, aborts 0, warnings 0, infos 0, unknowns 0");
 }
 
+TEST_F(CMXLogSummaryTest, InAnActiveTestThatHoldsBackTheAbortLineIsHeldBackToo) {
+    Log().EnableLogOnlyFailures();
+    Start();
+    TestRecord().IncrInfo();
+    AskForAbort(false);
+    Written();
+    EXPECT_EQ(Summarise(), TS_SUCCESS);
+    Lines const summary = Written();
+    Stop();
+    Lines const stop = Written();
+    ASSERT_EQ(summary.size(), 3u);
+    EXPECT_EQ(
+        summary[0], "FAIL fail \"One or more functions called in this Test Suite failed to perform "
+                    "required tasks.\"");
+    EXPECT_NE(stop.back().find("*** TEST SUITE WAS ABORTED BY USER ***"), std::string::npos);
+}
+
 TEST_F(CMXLogSummaryTest, WithNothingRecordedThereIsNoSummary) {
     TestRecord().Reset();
     AskForAbort(false);

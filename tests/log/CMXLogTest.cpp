@@ -123,6 +123,20 @@ TEST_F(CMXLogTest, ARefusedBreakLeavesTheOneThatIsSet) {
                     "prompt \"Test Failure:  f\" 0 true null null null", "write FAIL none \"f\""}));
 }
 
+TEST_F(CMXLogTest, ASecondBreakAsksTheSecondPrompt) {
+    FakePrompt first(m_Journal);
+    Journal elsewhere(m_Bench);
+    FakePrompt second(elsewhere);
+    Log().EnableBreakOnLogFailure(&second);
+    Log().EnableBreakOnLogFailure(&first);
+    Watch();
+    Enter(TEST_STATUS_FAIL, "f");
+    EXPECT_EQ(
+        Seen(), (Lines{
+                    "word 80000001", "failures 1",
+                    "prompt \"Test Failure:  f\" 0 true null null null", "write FAIL none \"f\""}));
+}
+
 TEST_F(CMXLogTest, ABreakThatIsSwitchedOffDoesNotPrompt) {
     FakePrompt prompt(m_Journal);
     Log().EnableBreakOnLogFailure(&prompt);

@@ -317,3 +317,11 @@ TEST_F(CMXLogWriteTest, WithoutASuiteRecordATestRunsToItsEnd) {
     EXPECT_EQ(CMXLog::ConvertStatusToReturn(&Log(), TEST_STATUS_NOT_LOGGED), TEST_STATUS_ABORT);
     EXPECT_NO_THROW(m_Log.reset());
 }
+
+TEST_F(CMXLogWriteTest, NoTextIsAnEmptyEntry) {
+    char const * const narrow = nullptr;
+    wchar_t const * const wide = nullptr;
+    EXPECT_EQ(Log().DoWrite(TEST_STATUS_INFO, Quiet, nullptr, narrow), TEST_STATUS_INFO);
+    EXPECT_EQ(Log().DoWrite(TEST_STATUS_INFO, Quiet, nullptr, wide), TEST_STATUS_INFO);
+    EXPECT_EQ(Written(), (Lines{"INFO none \"\"", "INFO none \"\""}));
+}

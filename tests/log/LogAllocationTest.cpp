@@ -1,12 +1,16 @@
 // What an entry costs: nothing from the heap when it is dropped, nor of its own when it is shown.
 #include <cstdlib>
 #include <new>
+#include <string>
 
 #include <gtest/gtest.h>
 
+#include "log/CConsoleOutMXLog.h"
 #include "log/CDummyMXLog.h"
+#include "log/CRawTextMXLog.h"
 #include "log/LogBench.h"
 #include "log/Requests.h"
+#include "log/TempFile.h"
 
 namespace {
 
@@ -16,6 +20,8 @@ protected:
 
     LogBench m_Bench;
     CDummyMXLog m_Log;
+    std::string const m_Line = std::string(60, 'x');
+    std::string const m_LongLine = std::string(1024, 'x');
 };
 
 } // namespace
@@ -61,6 +67,39 @@ TEST_F(LogAllocationTest, AShownEntryAsksForNoMemoryOfItsOwn) {
         0);
     EXPECT_EQ(shown, TEST_STATUS_INFO);
     EXPECT_EQ(failed, TEST_STATUS_FAIL);
+}
+
+TEST_F(LogAllocationTest, AnEntryToAFileAsksForNoMemory) {
+    TempFile const file;
+    CRawTextMXLog log(file.Name().c_str());
+    // The thread's buffer has grown by then.
+    log.Write(TEST_STATUS_INFO, "%s", m_LongLine);
+    EXPECT_EQ(
+        RequestsDuring([&] {
+            log.Write(TEST_STATUS_INFO, "%s", m_Line);
+            log.Write(TEST_STATUS_INFO, "%s", m_LongLine);
+        }),
+        0);
+    EXPECT_EQ(
+        file.Bytes(),
+        InTextMode(m_LongLine + '\n' + m_Line + '\n' + m_LongLine + '\n'));
+}
+
+TEST_F(LogAllocationTest, AnEntryToConsoleAndFileAsksForItsLineAlone) {
+    TempFile const file;
+    int requests = 0;
+    testing::internal::CaptureStderr();
+    {
+        CConsoleOutMXLog log(file.Name().c_str());
+        log.Write(TEST_STATUS_INFO, "%s", m_LongLine);
+        requests = RequestsDuring([&] { log.Write(TEST_STATUS_INFO, "%s", m_LongLine); });
+    }
+    EXPECT_EQ(
+        testing::internal::GetCapturedStderr(),
+        "INFO    " + m_LongLine + "\nINFO    " + m_LongLine
+            + "\nINFO    TEST SUITE SUMMARY:\n    [ Fails (0); Aborts (0); Warnings (0) ]\n\n"
+              "INFO    TEST RESULTS:\n    [ Passed (0); Failed (1) ]\n");
+    EXPECT_EQ(requests, 1);
 }
 
 TEST_F(LogAllocationTest, AnEntryThatIsDroppedIsNotFormatted) {

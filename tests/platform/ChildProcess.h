@@ -23,9 +23,6 @@ std::string ProgramFileName(std::string const & name);
 // The text that a program wrote, out of the bytes that its C library's text mode made of it.
 std::string TextOfBytes(std::string bytes);
 
-// A number that no other process that runs now has.
-unsigned long OwnProcessId();
-
 // To be called before a child is started that is to be interrupted. On Windows it gives the calling
 // process a console of its own, which the children share, in place of the one that it has.
 void PrepareInterruptions();
@@ -41,7 +38,8 @@ public:
         bool killed = false;
     };
 
-    // Starts the program with an empty standard input. `folder` exists and receives the outputs.
+    // Starts the program with an empty standard input; the arguments are UTF-8. `folder` exists and
+    // receives the outputs.
     ChildProcess(
         std::filesystem::path const & program, std::vector<std::string> const & arguments,
         std::filesystem::path const & folder);

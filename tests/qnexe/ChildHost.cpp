@@ -4,6 +4,7 @@
 #include <fstream>
 #include <iterator>
 #include <ostream>
+#include <random>
 #include <regex>
 
 namespace {
@@ -13,9 +14,9 @@ void Replace(std::string & text, char const * pattern, char const * mark) {
 }
 
 std::filesystem::path NewFolder() {
-    auto const name = "qnexe-test-" + std::to_string(OwnProcessId());
+    std::random_device seed;
+    auto const name = "qnexe-test-" + std::to_string(seed()) + '-' + std::to_string(seed());
     auto const folder = std::filesystem::temp_directory_path() / name;
-    std::filesystem::remove_all(folder);
     std::filesystem::create_directories(folder);
     return folder;
 }

@@ -16,8 +16,9 @@ public:
     // opened.
     explicit LogFile(std::string const & name);
 
-    // Status word, text and a line feed, as the console's log has them. An entry that cannot be
-    // written is lost: a log that cannot write does not stop a test.
+    // Status word, text and a line feed, as the console's log has them but for the blank line after
+    // a text that ends its own line: the record keeps texts without that end. An entry that cannot
+    // be written is lost: a log that cannot write does not stop a test.
     void EntryWritten(CTestLog const & test, CTestLogEntry const & entry) override;
 
 private:

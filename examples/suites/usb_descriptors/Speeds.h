@@ -24,7 +24,7 @@ enum class TransferType : std::uint8_t { Control = 0, Isochronous = 1, Bulk = 2,
 TransferType TransferTypeOf(Endpoint const & endpoint);
 char const * NameOf(TransferType type);
 
-// "low, full or high speed"; "no speed" for the empty set.
+// "low speed or full speed or high speed"; "no speed" for the empty set.
 std::string NamesOf(SpeedSet speeds);
 
 // By bcdUSB: high speed came with 2.0, and 3.0 and above is shown at SuperSpeed alone.

@@ -98,8 +98,6 @@ std::string TextOfBytes(std::string bytes) { return bytes; }
 
 void PrepareInterruptions() {}
 
-unsigned long OwnProcessId() { return static_cast<unsigned long>(getpid()); }
-
 ChildProcess::ChildProcess(
     std::filesystem::path const & program, std::vector<std::string> const & arguments,
     std::filesystem::path const & folder)

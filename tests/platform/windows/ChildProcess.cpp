@@ -1,4 +1,4 @@
-// Child processes by CreateProcessA.
+// Child processes by CreateProcessW.
 #include "platform/ChildProcess.h"
 
 #include <system_error>
@@ -25,11 +25,11 @@ constexpr DWORD InterruptedCode = 0xC000013A;
 // A file that the child inherits as one of its streams.
 class Stream {
 public:
-    Stream(std::string const & file, DWORD access, DWORD creation) {
+    Stream(std::filesystem::path const & file, DWORD access, DWORD creation) {
         SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
         DWORD const shared = FILE_SHARE_READ | FILE_SHARE_WRITE;
-        m_Handle = CreateFileA(file.c_str(), access, shared, &inherited, creation, 0, nullptr);
-        if (m_Handle == INVALID_HANDLE_VALUE) Fail(file);
+        m_Handle = CreateFileW(file.c_str(), access, shared, &inherited, creation, 0, nullptr);
+        if (m_Handle == INVALID_HANDLE_VALUE) Fail(file.string());
     }
     Stream(Stream const &) = delete;
     Stream & operator=(Stream const &) = delete;
@@ -41,11 +41,16 @@ private:
     HANDLE m_Handle;
 };
 
+std::wstring FromUtf8(std::string const & text) {
+    return std::filesystem::path(std::u8string(text.begin(), text.end())).wstring();
+}
+
 // Arguments with a quote or a final backslash do not occur here.
-std::string CommandLineOf(std::string const & program, std::vector<std::string> const & words) {
-    std::string line = '"' + program + '"';
+std::wstring CommandLineOf(
+    std::filesystem::path const & program, std::vector<std::string> const & words) {
+    std::wstring line = L'"' + program.wstring() + L'"';
     for (auto const & word : words)
-        line += " \"" + word + '"';
+        line += L" \"" + FromUtf8(word) + L'"';
     return line;
 }
 
@@ -88,8 +93,6 @@ void PrepareInterruptions() {
     SetConsoleCtrlHandler(IgnoreEvent, TRUE);
 }
 
-unsigned long OwnProcessId() { return GetCurrentProcessId(); }
-
 ChildProcess::ChildProcess(
     std::filesystem::path const & program, std::vector<std::string> const & arguments,
     std::filesystem::path const & folder)
@@ -97,21 +100,21 @@ ChildProcess::ChildProcess(
       m_ErrorFile(folder / "stderr"),
       m_Native(std::make_unique<Native>()) {
     Stream const input("NUL", GENERIC_READ, OPEN_EXISTING);
-    Stream const output(m_OutputFile.string(), GENERIC_WRITE, CREATE_ALWAYS);
-    Stream const error(m_ErrorFile.string(), GENERIC_WRITE, CREATE_ALWAYS);
-    STARTUPINFOA start = {};
+    Stream const output(m_OutputFile, GENERIC_WRITE, CREATE_ALWAYS);
+    Stream const error(m_ErrorFile, GENERIC_WRITE, CREATE_ALWAYS);
+    STARTUPINFOW start = {};
     start.cb = sizeof start;
     start.dwFlags = STARTF_USESTDHANDLES;
     start.hStdInput = input.Get();
     start.hStdOutput = output.Get();
     start.hStdError = error.Get();
     PROCESS_INFORMATION child = {};
-    std::string const file = program.string();
-    std::string line = CommandLineOf(file, arguments);
-    if (CreateProcessA(
-            file.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &child)
+    std::wstring line = CommandLineOf(program, arguments);
+    if (CreateProcessW(
+            program.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start,
+            &child)
         == 0)
-        Fail(file);
+        Fail(program.string());
     CloseHandle(child.hThread);
     m_Native->process = child.hProcess;
 }
