@@ -172,8 +172,7 @@ bool AllWriteTheSame() {
     char printed[256];
     AssembleLine(assembled, sizeof assembled, values);
     std::snprintf(printed, sizeof printed, Line, values.endpoint, values.size, values.speed);
-    CBasicFormattedString<char> const formatted(
-        Line, values.endpoint, values.size, values.speed);
+    CBasicFormattedString<char> const formatted(Line, values.endpoint, values.size, values.speed);
     char const * const text = formatted;
     return std::strcmp(text, printed) == 0 && std::strcmp(text, assembled) == 0;
 }

@@ -226,8 +226,12 @@ int RunAll(int argc, char ** argv) {
 
     TimeFile("Entry of 60 bytes to the file", std::string(60, 'x'), scratch, raw, rawFile);
     TimeFile("Entry of 1024 bytes to the file", std::string(1024, 'x'), scratch, raw, rawFile);
-    TimeConsole("Entry of 60 bytes to console and file", std::string(60, 'x'), scratch, console, consoleFile, errorFile);
-    TimeConsole("Entry of 1024 bytes to console and file", std::string(1024, 'x'), scratch, console, consoleFile, errorFile);
+    TimeConsole(
+        "Entry of 60 bytes to console and file", std::string(60, 'x'), scratch, console,
+        consoleFile, errorFile);
+    TimeConsole(
+        "Entry of 1024 bytes to console and file", std::string(1024, 'x'), scratch, console,
+        consoleFile, errorFile);
     TimeDroppedEntries(raw, scratch);
 
     benchmark::RunSpecifiedBenchmarks();

@@ -18,14 +18,23 @@ fail() {
     exit 1
 }
 
-# build PRESET [cmake argument...]: configures and builds; the compiler's output shows only when it
-# fails or the build is watched on a terminal.
+# Steps of a build on a terminal, or each fiftieth of them in a log; all that a compiler says.
+progress() {
+    if [ -t 1 ]; then
+        cat
+    else
+        awk '/^\[[0-9]+\/[0-9]+\] / { if (++steps % 50 == 0) { print; fflush() }; next } { print; fflush() }'
+    fi
+}
+
+# build PRESET [cmake argument...]: configures and builds; what configuring says shows only when it
+# fails.
 build() {
     local preset=$1
     shift
     step "build: $preset"
     cmake --preset "$preset" "$@" >"$root/build/$preset.configure.log" 2>&1 ||
         { cat "$root/build/$preset.configure.log" >&2; fail "configuring '$preset' failed"; }
-    cmake --build --preset "$preset" || fail "building '$preset' failed"
+    cmake --build --preset "$preset" | progress || fail "building '$preset' failed"
 }
 mkdir -p "$root/build"

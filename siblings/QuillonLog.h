@@ -166,7 +166,8 @@ public:
     // Set by the engine: a suite in which no test was run is a failure.
     bool m_RequireTests = false;
 
-    // 3 makes a word without a usable element return success. Reset by the end of a log.
+    // 3 makes a word without a usable element return success in place of an abort; a true test adds
+    // a failure to either. Reset by the end of a log.
     std::uint32_t m_RunPhase = 0;
 
 private:

@@ -80,9 +80,7 @@ TEST_F(LogAllocationTest, AnEntryToAFileAsksForNoMemory) {
             log.Write(TEST_STATUS_INFO, "%s", m_LongLine);
         }),
         0);
-    EXPECT_EQ(
-        file.Bytes(),
-        InTextMode(m_LongLine + '\n' + m_Line + '\n' + m_LongLine + '\n'));
+    EXPECT_EQ(file.Bytes(), InTextMode(m_LongLine + '\n' + m_Line + '\n' + m_LongLine + '\n'));
 }
 
 TEST_F(LogAllocationTest, AnEntryToConsoleAndFileAsksForItsLineAlone) {

@@ -46,8 +46,8 @@ std::wstring FromUtf8(std::string const & text) {
 }
 
 // Arguments with a quote or a final backslash do not occur here.
-std::wstring CommandLineOf(
-    std::filesystem::path const & program, std::vector<std::string> const & words) {
+std::wstring
+CommandLineOf(std::filesystem::path const & program, std::vector<std::string> const & words) {
     std::wstring line = L'"' + program.wstring() + L'"';
     for (auto const & word : words)
         line += L" \"" + FromUtf8(word) + L'"';

@@ -1,5 +1,5 @@
-// A test that never comes to an update, as one that hangs in a driver. It tells when the operator has
-// asked for an abort, and does not follow.
+// A test that never comes to an update, as one that hangs in a driver. It tells when the operator
+// has asked for an abort, and does not follow.
 #include <chrono>
 #include <thread>
 
