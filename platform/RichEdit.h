@@ -72,7 +72,27 @@ inline constexpr DWORD CFE_UNDERLINE = 0x00000004;
 inline constexpr DWORD CFE_AUTOBACKCOLOR = 0x04000000;
 inline constexpr DWORD CFE_AUTOCOLOR = 0x40000000;
 
+// The published places; those behind the face name follow from its size.
+template <typename Record, std::size_t Name, std::size_t Behind = 26 + Name>
+inline constexpr bool MorvexIsPublishedLayout =
+    offsetof(Record, cbSize) == 0 && offsetof(Record, dwMask) == 4
+    && offsetof(Record, dwEffects) == 8 && offsetof(Record, yHeight) == 12
+    && offsetof(Record, yOffset) == 16 && offsetof(Record, crTextColor) == 20
+    && offsetof(Record, bCharSet) == 24 && offsetof(Record, bPitchAndFamily) == 25
+    && offsetof(Record, szFaceName) == 26
+    && sizeof(Record::szFaceName) == Name && offsetof(Record, wWeight) == Behind + 2
+    && offsetof(Record, sSpacing) == Behind + 4 && offsetof(Record, crBackColor) == Behind + 6
+    && offsetof(Record, lcid) == Behind + 10 && offsetof(Record, dwCookie) == Behind + 14
+    && offsetof(Record, sStyle) == Behind + 18 && offsetof(Record, wKerning) == Behind + 20
+    && offsetof(Record, bUnderlineType) == Behind + 22
+    && offsetof(Record, bAnimation) == Behind + 23 && offsetof(Record, bRevAuthor) == Behind + 24
+    && offsetof(Record, bUnderlineColor) == Behind + 25;
+static_assert(MorvexIsPublishedLayout<CHARFORMAT2A, 32>);
+static_assert(MorvexIsPublishedLayout<CHARFORMAT2W, 64>);
+static_assert(offsetof(_charrange, cpMin) == 0 && offsetof(_charrange, cpMax) == 4);
+
 #endif
 
+static_assert(sizeof(_charrange) == 8);
 static_assert(sizeof(CHARFORMAT2A) == 84);
 static_assert(sizeof(CHARFORMAT2W) == 116);

@@ -52,6 +52,19 @@ private:
     std::optional<LRESULT> m_Result;
 };
 
+// Sets a flag for a scope, however the scope ends.
+class Raised {
+public:
+    explicit Raised(bool & flag) : m_Flag(flag), m_Before(std::exchange(flag, true)) {}
+    Raised(Raised const &) = delete;
+    Raised & operator=(Raised const &) = delete;
+    ~Raised() { m_Flag = m_Before; }
+
+private:
+    bool & m_Flag;
+    bool const m_Before;
+};
+
 void Serve(SentMessage & sent) {
     // The sender's hold on the window ends with the reply.
     auto const window = sent.window;
@@ -131,9 +144,8 @@ void MessageQueue::Await(SentMessage const & sent) {
 
 void MessageQueue::ServeSentMessages() {
     while (auto * const sent = NextSentMessage()) {
-        bool const before = std::exchange(m_ServingSent, true);
+        Raised const serving(m_ServingSent);
         Serve(*sent);
-        m_ServingSent = before;
     }
 }
 

