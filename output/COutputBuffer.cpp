@@ -121,7 +121,7 @@ void COutputBuffer::AddVerbose(
     TraceProvider::Send(TraceFlag::Output, kNarrowTrace, text);
 }
 
-// Deliberate, here and below: what is not displayed is not traced either.
+// Deliberate: what is not displayed is not traced either, here and below.
 // Pinned by VerboseTextTest.AGatedVerboseTextWithAColourIsNotTraced.
 void COutputBuffer::AddVerbose(
     CBasicFormattedString<wchar_t> const & text, unsigned int level, unsigned long color) {
