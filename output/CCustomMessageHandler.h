@@ -1,7 +1,8 @@
 // A window of the host to which messages are sent or posted.
 //
-// The window is the host's and is not looked at: a null one, or one that is gone, makes the calls
-// fail without consequence.
+// The window is the host's and is not looked at: one that is gone makes the calls fail without
+// consequence. A null one makes a send fail, while a post succeeds: it puts the message into the
+// calling thread's own queue.
 #pragma once
 
 #include "app/Export.h"

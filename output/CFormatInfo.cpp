@@ -227,9 +227,11 @@ bool CFormatInfo::FormatEqual(
 
 void CFormatInfo::InitializeDefaultFormat(CHARFORMAT2A const & record) {
     if (m_DefaultFormat.load(std::memory_order_acquire) != nullptr) return;
-    // Never destroyed: threads may ask for the default until the process ends.
-    static auto const * const copy = new CFormatInfo(record);
-    m_DefaultFormat.store(&copy->format, std::memory_order_release);
+    // Plain data: nothing ends it, so threads may ask for it until the process does.
+    static CHARFORMAT2A copy;
+    static auto const * const filled =
+        static_cast<CHARFORMAT2A const *>(std::memcpy(&copy, &record, sizeof copy));
+    m_DefaultFormat.store(filled, std::memory_order_release);
 }
 
 void CFormatInfo::WideToNarrow(CHARFORMAT2A & out, CHARFORMAT2W const & in) {

@@ -32,8 +32,9 @@ public:
     CUIUpdate & operator=(CUIUpdate const & other);
     ~CUIUpdate() override;
 
-    // The one object, made at first use with a null window, which loses every update. The second
-    // form is the host's, once its window exists.
+    // The one object, made at first use with a null window: no update reaches anybody then. A
+    // forced one fails; an unforced one is queued to the calling thread itself, which has no use
+    // for it. The second form is the host's, once its window exists.
     static CUIUpdate * GetUIUpdate();
     static CUIUpdate * GetUIUpdate(HWND__ * const window);
 
