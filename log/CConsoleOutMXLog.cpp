@@ -5,24 +5,9 @@
 #include <memory>
 #include <string_view>
 
-namespace {
+#include "log/StatusWord.h"
 
-std::string_view WordOf(TEST_STATUS status) {
-    switch (status) {
-    case TEST_STATUS_FAIL:
-        return "FAIL    ";
-    case TEST_STATUS_ABORT:
-        return "ABORT   ";
-    case TEST_STATUS_WARNING:
-        return "WARNING ";
-    case TEST_STATUS_INFO:
-        return "INFO    ";
-    case TEST_STATUS_ERROR:
-        return "ERROR   ";
-    default:
-        return "";
-    }
-}
+namespace {
 
 // A word, a line feed and a terminator.
 constexpr std::size_t kBesidesText = 10;
@@ -44,7 +29,7 @@ TS_STATUS CConsoleOutMXLog::Clear() { return TS_SUCCESS; }
 TS_STATUS
 CConsoleOutMXLog::InternalWrite(TEST_STATUS status, char const * const text, CFormatInfo const *) {
     if (m_ConsoleStream == nullptr) return TS_NO_STREAM;
-    std::string_view const word = WordOf(status);
+    std::string_view const word = StatusWord(status);
     std::size_t const length = std::strlen(text);
     auto const line = std::make_unique<char[]>(length + kBesidesText);
     std::memcpy(line.get(), word.data(), word.size());

@@ -68,10 +68,7 @@ char const * NameOf(std::optional<std::string> const & file) {
 
 // The log itself does not tell that its file is missing.
 void CheckLogFile(CConsoleOutMXLog & log, std::optional<std::string> const & file) {
-    if (file && log.GetLogName().empty())
-        throw std::runtime_error(
-            "the log file \"" + *file + "\" cannot be opened. Give --log a file in a folder that "
-            + "exists and may be written to.");
+    if (file && log.GetLogName().empty()) RefuseLogFile(*file);
 }
 
 // Turns whatever a suite throws into a text while the suite, and so the exception's code, is still

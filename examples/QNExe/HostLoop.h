@@ -7,11 +7,12 @@
 
 class HostLoop {
 public:
-    // Sent to the window on its own thread at the first Ctrl-C. The next one is left to the
-    // system, which ends the process.
+    // Reaches the window at the first Ctrl-C: sent by the loop, or posted from the thread on which
+    // the system tells of it. The next one is left to the system, which ends the process.
     static constexpr UINT InterruptMessage = WM_APP + 1;
 
-    // Sent to the window on its own thread when nothing else has come for IdleMilliseconds.
+    // Sent to the window on its own thread so that nothing stays unshown while no update comes:
+    // about every IdleMilliseconds, or only when nothing has come for as long.
     static constexpr UINT IdleMessage = WM_APP + 4;
     static constexpr unsigned IdleMilliseconds = 100;
 

@@ -28,20 +28,6 @@ FormattedView * shownIn = nullptr;
         + "). Start the program in a session that may have windows.");
 }
 
-void RegisterWindowClass(WNDPROC procedure) {
-    WNDCLASSA windowClass = {};
-    windowClass.lpfnWndProc = procedure;
-    windowClass.lpszClassName = WindowClass;
-    if (RegisterClassA(&windowClass) == 0) Fail();
-}
-
-HWND MakeWindow() {
-    HWND const window = CreateWindowExA(
-        0, WindowClass, "QNExe", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
-    if (window == nullptr) Fail();
-    return window;
-}
-
 // A run on the console shows its log elsewhere; the table is taken out so that it does not grow.
 void DropText() {
     if (COutputBuffer * const buffer = CUIUpdate::GetBuffer())
@@ -73,26 +59,34 @@ void AskForAbort() {
 
 } // namespace
 
-HostWindow::HostWindow(FormattedView * view) {
+HostWindow::Class::Class() {
+    WNDCLASSA windowClass = {};
+    windowClass.lpfnWndProc = Receive;
+    windowClass.lpszClassName = WindowClass;
+    if (RegisterClassA(&windowClass) == 0) Fail();
+}
+
+HostWindow::Class::~Class() { UnregisterClassA(WindowClass, nullptr); }
+
+HostWindow::Window::Window()
+    : handle(CreateWindowExA(
+        0, WindowClass, "QNExe", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr)) {
+    if (handle == nullptr) Fail();
+}
+
+HostWindow::Window::~Window() { DestroyWindow(handle); }
+
+HostWindow::HostWindow(FormattedView * view) : m_Loop(m_Window.handle) {
     abortsRefused = false;
     renderPending = false;
     shownIn = view;
-    RegisterWindowClass(Receive);
-    m_Handle = MakeWindow();
-    m_Loop.emplace(m_Handle);
 }
 
-HostWindow::~HostWindow() {
-    m_Loop.reset();
-    DestroyWindow(m_Handle);
-    UnregisterClassA(WindowClass, nullptr);
-}
+void HostWindow::Serve() noexcept { m_Loop.Run(); }
 
-void HostWindow::Serve() noexcept { m_Loop->Run(); }
+void HostWindow::RefuseAborts() { SendMessageA(Handle(), RefuseAbortsMessage, 0, 0); }
 
-void HostWindow::RefuseAborts() { SendMessageA(m_Handle, RefuseAbortsMessage, 0, 0); }
-
-void HostWindow::End() { SendMessageA(m_Handle, EndMessage, 0, 0); }
+void HostWindow::End() { SendMessageA(Handle(), EndMessage, 0, 0); }
 
 LRESULT CALLBACK HostWindow::Receive(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {

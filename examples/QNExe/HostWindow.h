@@ -4,8 +4,6 @@
 // runs: a forced update of the library waits for it.
 #pragma once
 
-#include <optional>
-
 #include "examples/QNExe/HostLoop.h"
 #include "platform/Messaging.h"
 
@@ -14,13 +12,14 @@ class FormattedView;
 class HostWindow {
 public:
     // Shows the run's text in `view`, which stays the caller's, or drops it when that is null.
-    // Throws std::runtime_error when the system has no window to give.
+    // Throws std::runtime_error when the system has no window to give or Ctrl-C cannot be watched;
+    // nothing is left behind then.
     explicit HostWindow(FormattedView * view = nullptr);
     HostWindow(HostWindow const &) = delete;
     HostWindow & operator=(HostWindow const &) = delete;
-    ~HostWindow();
+    ~HostWindow() = default;
 
-    HWND Handle() const { return m_Handle; }
+    HWND Handle() const { return m_Window.handle; }
 
     // Serves the window until End, which shows what is left.
     void Serve() noexcept;
@@ -33,6 +32,23 @@ public:
 private:
     static LRESULT CALLBACK Receive(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
-    HWND m_Handle;
-    std::optional<HostLoop> m_Loop;
+    // Each ends what its constructor has made, also when one behind it fails.
+    struct Class {
+        Class();
+        Class(Class const &) = delete;
+        Class & operator=(Class const &) = delete;
+        ~Class();
+    };
+    struct Window {
+        Window();
+        Window(Window const &) = delete;
+        Window & operator=(Window const &) = delete;
+        ~Window();
+
+        HWND handle;
+    };
+
+    Class m_Class;
+    Window m_Window;
+    HostLoop m_Loop;
 };

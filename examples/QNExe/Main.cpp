@@ -1,4 +1,4 @@
-// The program QNExe: runs a test suite on the console and ends with its verdict.
+// The program QNExe: runs a test suite, shows its log on standard error and ends with its verdict.
 #include <cstdio>
 #include <exception>
 #include <string>

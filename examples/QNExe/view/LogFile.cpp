@@ -2,38 +2,23 @@
 #include "examples/QNExe/view/LogFile.h"
 
 #include <stdexcept>
+#include <string_view>
 
-namespace {
+#include "log/StatusWord.h"
 
-char const * WordOf(TEST_STATUS status) {
-    switch (status) {
-    case TEST_STATUS_FAIL:
-        return "FAIL    ";
-    case TEST_STATUS_ABORT:
-        return "ABORT   ";
-    case TEST_STATUS_WARNING:
-        return "WARNING ";
-    case TEST_STATUS_INFO:
-        return "INFO    ";
-    case TEST_STATUS_ERROR:
-        return "ERROR   ";
-    default:
-        return "";
-    }
+void RefuseLogFile(std::string const & name) {
+    throw std::runtime_error(
+        "the log file \"" + name + "\" cannot be opened. Give --log a file in a folder that "
+        + "exists and may be written to.");
 }
 
-} // namespace
-
 LogFile::LogFile(std::string const & name) : m_File(std::fopen(name.c_str(), "at")) {
-    if (!m_File) {
-        throw std::runtime_error(
-            "the log file \"" + name + "\" cannot be opened. Give --log a file in a folder that "
-            + "exists and may be written to.");
-    }
+    if (!m_File) RefuseLogFile(name);
 }
 
 void LogFile::EntryWritten(CTestLog const &, CTestLogEntry const & entry) {
-    std::string const line = WordOf(entry.status) + entry.text + "\n";
+    std::string line(StatusWord(entry.status));
+    line.append(entry.text).push_back('\n');
     std::fwrite(line.data(), 1, line.size(), m_File.get());
     std::fflush(m_File.get());
 }

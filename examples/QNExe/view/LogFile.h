@@ -10,6 +10,9 @@
 
 #include "siblings/QuillonLog.h"
 
+// Throws std::runtime_error for a log that cannot be opened.
+[[noreturn]] void RefuseLogFile(std::string const & name);
+
 class LogFile : public CTestSuiteListener {
 public:
     // Appends. Throws std::runtime_error, whose text says what to do, when the file cannot be

@@ -2,7 +2,9 @@
 #include "examples/QNExe/view/StatusLine.h"
 
 #include <algorithm>
+#include <string_view>
 
+#include "examples/QNExe/view/CharacterWidth.h"
 #include "siblings/Keelbase.h"
 
 namespace {
@@ -16,15 +18,30 @@ std::string Bar(int position, int range) {
     return bar.append(filled, '#').append(BarWidth - filled, '-').append("]");
 }
 
-bool IsShown(wchar_t unit) { return unit >= 0x20 && (unit < 0x7F || unit > 0x9F); }
+bool IsShown(char32_t character) {
+    return character >= 0x20 && (character < 0x7F || character > 0x9F);
+}
 
-// Characters are counted, not columns: wide ones may still reach the edge, but the label comes
-// last and nothing stands behind it.
+// The character that begins at `at`: one wide unit or, where wide text is UTF-16, two.
+char32_t CharacterAt(std::wstring_view text, std::size_t at) {
+    auto const unit = [&](std::size_t i) { return static_cast<char32_t>(text[i]); };
+    if ((unit(at) & ~0x3FFu) != 0xD800 || at + 1 == text.size()) return unit(at);
+    return 0x10000 + ((unit(at) & 0x3FF) << 10) + (unit(at + 1) & 0x3FF);
+}
+
+// Without what is not shown, and only as far as it fits.
 std::string Cut(std::string const & text, std::size_t columns) {
-    std::wstring wide = *Utf8ToUtf16(text);
-    std::erase_if(wide, [](wchar_t unit) { return !IsShown(unit); });
-    if (wide.size() > columns) wide.resize(columns);
-    return *Utf16ToUtf8(wide);
+    auto const wide = Utf8ToUtf16(text);
+    std::wstring kept;
+    for (std::size_t at = 0, size = 0, used = 0; at < wide->size(); at += size) {
+        char32_t const character = CharacterAt(*wide, at);
+        size = character < 0x10000 ? 1 : sizeof(char32_t) / sizeof(wchar_t);
+        if (!IsShown(character)) continue;
+        used += WidthOf(character);
+        if (used > columns) break;
+        kept.append(*wide, at, size);
+    }
+    return *Utf16ToUtf8(kept);
 }
 
 } // namespace

@@ -16,6 +16,7 @@ struct Progress {
     bool operator==(Progress const &) const = default;
 };
 
-// "[#####---------------]  3/12  label", cut to `columns` characters; empty without a range. What
-// would move the cursor or is not printable is left out of the label.
+// "[#####---------------]  3/12  label", cut to what takes at most `columns` columns of a terminal,
+// where a wide character takes two; empty without a range. What would move the cursor or is not
+// printable is left out of the label.
 std::string StatusLine(Progress const & progress, std::size_t columns);

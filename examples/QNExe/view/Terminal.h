@@ -10,7 +10,7 @@
 
 StreamKind KindOf(std::FILE * stream);
 
-// The terminal's width in characters; 80 for what is no terminal.
+// The terminal's width in columns; 80 for what is no terminal.
 std::size_t ColumnsOf(std::FILE * stream);
 
 // Makes a terminal understand control sequences and UTF-8. False: it cannot.

@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 #include "siblings/Keelbase.h"
@@ -52,14 +53,21 @@ std::string Rgb(char const * kind, COLORREF color) {
            + std::to_string((color >> 16) & 0xFF);
 }
 
+// The colour of the text; none where the terminal's own can be read. On a background of the text's
+// own the terminal's may be as light or as dark as that.
+std::optional<COLORREF> Foreground(TextLook const & look) {
+    if (!look.backColor) return look.color ? ReadableColor(*look.color) : look.color;
+    if (look.color) return look.color;
+    return Contrast(*look.backColor, Black) >= Contrast(*look.backColor, White) ? Black : White;
+}
+
 // The sequence that switches a look on; empty for the default look.
 std::string Switch(TextLook const & look) {
     std::string codes;
     if (look.bold) codes += ";1";
     if (look.italic) codes += ";3";
     if (look.underline) codes += ";4";
-    if (look.color)
-        codes += Rgb(";38;2;", look.backColor ? *look.color : ReadableColor(*look.color));
+    if (auto const color = Foreground(look)) codes += Rgb(";38;2;", *color);
     if (look.backColor) codes += Rgb(";48;2;", *look.backColor);
     return codes.empty() ? codes : "\x1b[" + codes.substr(1) + "m";
 }

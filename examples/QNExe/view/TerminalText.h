@@ -9,7 +9,8 @@
 #include "examples/QNExe/view/TextLook.h"
 
 // UTF-8 with single line feeds. With `styled`, looks become the control sequences of ECMA-48 with
-// 24-bit colours; every line begins and ends in the terminal's default look. A control character
+// 24-bit colours; a background without a colour gets black or white text, whichever can be read on
+// it. Every line begins and ends in the terminal's default look. A control character
 // of the text itself never reaches the terminal: it is shown as \x and its two hexadecimal digits.
 std::string TerminalText(std::vector<StyledText> const & pieces, bool styled);
 
