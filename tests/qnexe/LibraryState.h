@@ -11,9 +11,7 @@
 class LibraryState {
 public:
     LibraryState() {
-        CHARFORMAT2A look = CFormatInfo().format;
-        look.cbSize = sizeof look;
-        COutputBuffer::InitializeDefaultFormatInfo(look);
+        SetDefaultLook();
         CAppState::InitAppState(EApplicationFamily{});
         CAppState::SetIniArgs(m_IniArgs);
         CAppState::TestSuiteLog(&suite);
@@ -30,5 +28,15 @@ public:
     COutputBuffer output;
 
 private:
+    // Specifies everything, so that a return to it undoes everything.
+    static void SetDefaultLook() {
+        CFormatInfo look(false, false, 400);
+        look.setUnderline(false);
+        look.clearColor();
+        look.clearBackColor();
+        look.format.cbSize = sizeof look.format;
+        COutputBuffer::InitializeDefaultFormatInfo(look.format);
+    }
+
     CIniArgs m_IniArgs;
 };

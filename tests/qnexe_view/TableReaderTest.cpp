@@ -150,6 +150,14 @@ TEST_F(TableReaderTest, AutomaticColorsAreNone) {
                     {L"y", {.underline = true}}}));
 }
 
+TEST_F(TableReaderTest, OnlyTheLowThreeBytesOfAColorAreOne) {
+    CFormatInfo look(0xFE0000FFul);
+    look.setBackColor(0xFD00FFFFul);
+    m_Buffer.AddFormat(look);
+    m_Buffer.AddText(std::string("x"));
+    EXPECT_EQ(Read(), (Shown{{L"x", {.color = 0x0000FF, .backColor = 0x00FFFF}}}));
+}
+
 TEST_F(TableReaderTest, TextThatWasCutAtItsNulHasNoJointToDrop) {
     m_Buffer.AddText(std::string("ab\0cd", 5));
     EXPECT_EQ(Read(), (Shown{{L"ab", Plain}}));

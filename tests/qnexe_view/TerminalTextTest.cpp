@@ -70,4 +70,13 @@ TEST(TerminalTextTest, AColorOnABackgroundOfItsOwnIsNotChanged) {
         "\x1b[38;2;0;0;170;48;2;255;255;255mx\x1b[0m");
 }
 
+// The terminal's own colour may be as light, or as dark, as the background.
+TEST(TerminalTextTest, ABackgroundWithoutAColorGetsTextThatCanBeRead) {
+    EXPECT_EQ(Styled(L"x", {.backColor = 0x00FFFF}), "\x1b[38;2;0;0;0;48;2;255;255;0mx\x1b[0m");
+    EXPECT_EQ(Styled(L"x", {.backColor = 0x7F0000}), "\x1b[38;2;255;255;255;48;2;0;0;127mx\x1b[0m");
+    EXPECT_EQ(
+        Styled(L"x", {.backColor = 0x757575}), "\x1b[38;2;255;255;255;48;2;117;117;117mx\x1b[0m");
+    EXPECT_EQ(Styled(L"x", {.backColor = 0x767676}), "\x1b[38;2;0;0;0;48;2;118;118;118mx\x1b[0m");
+}
+
 } // namespace

@@ -4,18 +4,23 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <memory>
 #include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/Wrap.h"
+#include "qnexe_view/Files.h"
+
+MORVEX_WRAP(
+    std::size_t, fwrite,
+    (void const * bytes, std::size_t size, std::size_t count, std::FILE * stream),
+    (bytes, size, count, stream))
 
 namespace {
 
-struct CloseFile {
-    void operator()(std::FILE * file) const { std::fclose(file); }
-};
-
 class TerminalViewTest : public testing::Test {
 protected:
-    TerminalViewTest() : m_File(std::tmpfile()) {}
+    TerminalViewTest() : m_File(TemporaryFile()) {}
 
     void Open(bool progress) {
         m_View.emplace(
@@ -38,7 +43,7 @@ protected:
         return text;
     }
 
-    std::unique_ptr<std::FILE, CloseFile> m_File;
+    File m_File;
     std::optional<TerminalView> m_View;
     std::size_t m_Columns = 80;
     long m_Seen = 0;
@@ -82,6 +87,25 @@ TEST_F(TerminalViewTest, ProgressLeavesTheLastColumnFree) {
     m_Columns = 5;
     ShowProgress(1);
     EXPECT_EQ(Sent(), "[###");
+}
+
+TEST_F(TerminalViewTest, EachShowIsOneWrite) {
+    std::vector<std::string> writes;
+    Diversion const watch(
+        wrapped_fwrite,
+        [&](void const * bytes, std::size_t size, std::size_t count, std::FILE * stream) {
+            writes.emplace_back(static_cast<char const *>(bytes), size * count);
+            return wrapped_fwrite.Real(bytes, size, count, stream);
+        });
+    Open(true);
+    ShowProgress(1);
+    Show(L"a\r\nb\r\n");
+    ShowProgress(2);
+    EXPECT_EQ(
+        writes,
+        (std::vector<std::string>{
+            "[##########----------]  1/2  T", "\r\x1b[Ka\nb\n[##########----------]  1/2  T",
+            "\r\x1b[K[####################]  2/2  T"}));
 }
 
 TEST_F(TerminalViewTest, TheEndTakesProgressAway) {
