@@ -1,7 +1,7 @@
 // A pipe with a stream at its writing end.
 //
-// For one thread: the reading takes what is there and never waits, so write no more than a pipe
-// holds (4096 bytes).
+// Reading takes what has come, without the stream's own memory, and never waits; one thread may
+// write while another reads. Write no more than a pipe holds (4096 bytes) between two readings.
 #pragma once
 
 #include <cstdio>
@@ -31,7 +31,6 @@ public:
 
     // What was written since the last call.
     std::string Taken() {
-        std::fflush(m_Stream);
         std::string text;
         char bytes[4096];
         while (Waits()) {
@@ -48,7 +47,6 @@ public:
     }
 
     std::string Taken() {
-        std::fflush(m_Stream);
         std::string text;
         char bytes[4096];
         for (ssize_t count; (count = read(m_Reading, bytes, sizeof bytes)) > 0;)

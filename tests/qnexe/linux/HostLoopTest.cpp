@@ -2,6 +2,7 @@
 #include "examples/QNExe/HostLoop.h"
 
 #include <chrono>
+#include <system_error>
 #include <thread>
 
 #include <signal.h>
@@ -9,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "examples/QNExe/HostWindow.h"
+#include "platform/linux/NoMoreDescriptors.h"
 #include "qnexe/LibraryState.h"
 
 namespace {
@@ -62,6 +64,16 @@ TEST_F(HostLoopTest, EndOfTheLoopPutsTheHandlerBack) {
     signal(SIGINT, Unused);
     { HostLoop const loop(nullptr); }
     EXPECT_EQ(Disposition(), Unused);
+}
+
+TEST_F(HostLoopTest, WithoutALoopNoWindowIsLeftBehind) {
+    // The thread's queue has its descriptor already, so that the loop is the first to miss one.
+    MorvexMessageDescriptor();
+    {
+        NoMoreDescriptors const none;
+        EXPECT_THROW(HostWindow(), std::system_error);
+    }
+    EXPECT_NO_THROW(HostWindow());
 }
 
 } // namespace
