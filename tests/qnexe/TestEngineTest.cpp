@@ -105,6 +105,22 @@ TEST_F(TestEngineTest, NoTestsLeaveNoRecord) {
     EXPECT_THAT(m_Log.lines, IsEmpty());
 }
 
+TEST_F(TestEngineTest, ProgressTellsWhichTestRunsAndInTheEndThatAllAreDone) {
+    std::vector<std::string> told;
+    auto const tell = [&] {
+        told.push_back(
+            std::to_string(Display().ProgressPosition()) + '/'
+            + std::to_string(Display().ProgressRange()) + ' ' + Display().ProgressLabel());
+    };
+    auto const test = [&](CMXLog & log) {
+        tell();
+        return log.TestStatus();
+    };
+    Run({{"T1", true, test}, {"T2", true, test}});
+    tell();
+    EXPECT_THAT(told, ElementsAre("0/2 T1", "1/2 T2", "2/2 "));
+}
+
 TEST_F(TestEngineTest, UtilityHasAStopTime) {
     auto const before = std::chrono::system_clock::now();
     Run({{"Power up", false, Word}});

@@ -4,22 +4,20 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <stdexcept>
 #include <string>
 
 #include <gtest/gtest.h>
 
-#include "platform/ChildProcess.h"
-
 namespace {
 
 class LogFileTest : public testing::Test {
 protected:
-    LogFileTest()
-        : m_Name(
-            std::filesystem::temp_directory_path()
-            / ("log-file-test-" + std::to_string(OwnProcessId()))) {
-        std::filesystem::remove(m_Name);
+    LogFileTest() {
+        std::random_device seed;
+        auto const name = "log-file-test-" + std::to_string(seed()) + '-' + std::to_string(seed());
+        m_Name = std::filesystem::temp_directory_path() / name;
     }
     ~LogFileTest() override {
         std::error_code ignored;
@@ -27,15 +25,15 @@ protected:
     }
 
     std::string Contents() const {
-        std::ifstream stream(m_Name, std::ios::binary);
-        return TextOfBytes({std::istreambuf_iterator<char>(stream), {}});
+        std::ifstream stream(m_Name);
+        return {std::istreambuf_iterator<char>(stream), {}};
     }
 
     static void Enter(LogFile & log, TEST_STATUS status, char const * text) {
         log.EntryWritten(CTestLog(true), {status, text, "color:#FF0000", {}});
     }
 
-    std::filesystem::path const m_Name;
+    std::filesystem::path m_Name;
 };
 
 TEST_F(LogFileTest, EveryStatusHasItsWord) {
@@ -58,7 +56,7 @@ TEST_F(LogFileTest, AnEntryIsInTheFileWhenItsCallReturns) {
 }
 
 TEST_F(LogFileTest, AFileThatIsThereGrows) {
-    std::ofstream(m_Name, std::ios::binary) << "before\n";
+    std::ofstream(m_Name) << "before\n";
     LogFile log(m_Name.string());
     Enter(log, TEST_STATUS_INFO, "one");
     EXPECT_EQ(Contents(), "before\nINFO    one\n");

@@ -35,12 +35,12 @@ void SetVariables(Pty::Variables const & variables) {
 
 Pty::Pty(
     std::string const & program, std::vector<std::string> const & arguments,
-    Variables const & variables)
+    Variables const & variables, unsigned short columns)
     : m_Deadline(std::chrono::steady_clock::now() + Patience) {
     std::vector<std::string> texts{program};
     texts.insert(texts.end(), arguments.begin(), arguments.end());
     auto const pointers = PointersTo(texts);
-    winsize const size{24, 80, 0, 0};
+    winsize const size{24, columns, 0, 0};
     m_Child = forkpty(&m_Terminal, nullptr, nullptr, &size);
     if (m_Child < 0) throw std::system_error(errno, std::generic_category(), "no terminal");
     if (m_Child == 0) {

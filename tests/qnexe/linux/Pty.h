@@ -15,10 +15,10 @@ class Pty {
 public:
     using Variables = std::vector<std::pair<std::string, std::string>>;
 
-    // Starts the program on a terminal of 80 columns; `variables` are set besides the environment,
-    // in which nothing else speaks of colours.
+    // Starts the program on a terminal of its own; `variables` are set besides the environment, in
+    // which nothing else speaks of colours.
     Pty(std::string const & program, std::vector<std::string> const & arguments,
-        Variables const & variables);
+        Variables const & variables, unsigned short columns = 80);
     Pty(Pty const &) = delete;
     Pty & operator=(Pty const &) = delete;
     ~Pty();
