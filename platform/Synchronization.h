@@ -51,8 +51,8 @@ MORVEX_PLATFORM_API BOOL ResetEvent(HANDLE event);
 MORVEX_PLATFORM_API HANDLE
 CreateMutexA(_SECURITY_ATTRIBUTES * attributes, BOOL initiallyOwned, char const * name);
 
-// Gives up one taking of the mutex. Zero with ERROR_NOT_OWNER on a thread that does not own it, with
-// ERROR_INVALID_HANDLE for what is no mutex.
+// Gives up one taking of the mutex. Zero with ERROR_NOT_OWNER on a thread that does not own it,
+// with ERROR_INVALID_HANDLE for what is no mutex.
 MORVEX_PLATFORM_API BOOL ReleaseMutex(HANDLE mutex);
 
 // Waits up to `milliseconds` (INFINITE: without end): WAIT_OBJECT_0, WAIT_TIMEOUT, or WAIT_FAILED
