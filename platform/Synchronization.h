@@ -51,6 +51,16 @@ MORVEX_PLATFORM_API BOOL ResetEvent(HANDLE event);
 MORVEX_PLATFORM_API HANDLE
 CreateMutexA(_SECURITY_ATTRIBUTES * attributes, BOOL initiallyOwned, char const * name);
 
+// As CreateMutexA. One with a name is there to be seen, by this process and all others, until its
+// last holder closes it or ends in whatever way; it cannot be owned or waited for. Success sets the
+// last error: ERROR_ALREADY_EXISTS when the name was held already, else ERROR_SUCCESS.
+// A name without a prefix, or with "Local\", is the user's own; "Global\" makes it the machine's.
+// Case counts. Null with ERROR_PATH_NOT_FOUND for a name with another '\', with
+// ERROR_FILENAME_EXCED_RANGE for one that is too long, with ERROR_INVALID_PARAMETER for an initial
+// owner, with ERROR_ACCESS_DENIED and others when the place of the names is out of reach.
+MORVEX_PLATFORM_API HANDLE
+CreateMutexW(_SECURITY_ATTRIBUTES * attributes, BOOL initiallyOwned, wchar_t const * name);
+
 // Gives up one taking of the mutex. Zero with ERROR_NOT_OWNER on a thread that does not own it,
 // with ERROR_INVALID_HANDLE for what is no mutex.
 MORVEX_PLATFORM_API BOOL ReleaseMutex(HANDLE mutex);
