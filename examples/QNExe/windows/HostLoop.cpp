@@ -42,11 +42,11 @@ HostLoop::~HostLoop() {
 
 void HostLoop::Run() noexcept {
     MSG message;
-    while (GetMessageA(&message, nullptr, 0, 0) > 0) {
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
         if (message.hwnd == m_Window && message.message == WM_TIMER)
             SendMessageA(m_Window, IdleMessage, 0, 0);
         if (m_Prompts != nullptr && m_Prompts->TakesMessage(&message)) continue;
         TranslateMessage(&message);
-        DispatchMessageA(&message);
+        DispatchMessageW(&message);
     }
 }
