@@ -19,11 +19,11 @@ constinit std::atomic<bool> CMFCDialogMXUserInput::m_CurrentlyTerminating = fals
 
 namespace {
 
-constinit std::mutex stateGuard;
+std::mutex stateGuard;
 
 // Held from the claim to be the terminating thread until that thread has the mutex: one that comes
 // second must not be there first.
-constinit std::mutex terminationGate;
+std::mutex terminationGate;
 
 constexpr DWORD WithoutEnd = 0xFFFFFFFF;
 

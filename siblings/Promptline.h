@@ -162,6 +162,8 @@ struct CPromptRecord {
     // Why there is no answer.
     std::string reason;
     double seconds = 0;
+    // Nobody can answer it, and it has no time-out: the run is to be aborted.
+    bool wantsAbort = false;
 };
 
 // Told on the main window's thread, inside its message loop. Must not throw.
@@ -174,9 +176,6 @@ public:
     virtual void PromptGone() = 0;
 
     virtual void PromptEnded(CPromptRecord const & record) = 0;
-
-    // A question without a time-out cannot be answered: the run is to be aborted.
-    virtual void AbortWanted(CPromptRecord const & record) = 0;
 };
 
 // Serves the dialogs of the application's main window, on the thread that makes it, for as long as

@@ -82,6 +82,7 @@ struct Raw {
     std::string log;
     std::string verbosity;
     std::string view;
+    bool interactive = false;
     bool onlyFailures = false;
 };
 
@@ -104,6 +105,8 @@ void Describe(CLI::App & app, Raw & raw) {
            "How to show the log: console, formatted, or auto, which is formatted on a terminal")
         ->check(CheckView)
         ->type_name("VIEW");
+    app.add_flag(
+        "--interactive", raw.interactive, "Have the suite ask the operator, if it has questions");
     app.add_flag("--only-failures", raw.onlyFailures, "Leave out the entries of tests that pass");
     app.footer("Exit code: 0 passed, 1 failed, 2 no test ran, 3 aborted by the operator, "
                "4 could not run.");
@@ -121,6 +124,7 @@ HostOptions OptionsOf(CLI::App const & app, Raw const & raw) {
     options.log = IfGiven(app, "--log", raw.log);
     options.verbosity = LevelOf(raw.verbosity).value_or(Normal);
     options.view = ViewOf(raw.view).value_or(LogView::Auto);
+    options.interactive = raw.interactive;
     options.onlyFailures = raw.onlyFailures;
     return options;
 }

@@ -33,6 +33,9 @@ struct HostOptions {
 
     LogView view = LogView::Auto;
 
+    // The suite asks the operator what it can ask, for suites that have such tests.
+    bool interactive = false;
+
     // Entries of tests that pass are left out of the log.
     bool onlyFailures = false;
 };

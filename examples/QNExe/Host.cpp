@@ -13,6 +13,7 @@
 #include "log/CConsoleOutMXLog.h"
 #include "log/CHTMLMXLog.h"
 #include "output/CUIUpdate.h"
+#include "prompts/CMFCDialogMXUserInput.h"
 
 namespace {
 
@@ -101,6 +102,7 @@ Host::Host(HostOptions const & options)
     : m_Options(options),
       m_View(IsFormatted(options.view) ? std::make_unique<FormattedView>(stderr) : nullptr),
       m_Window(m_View.get()),
+      m_Questions(m_Window, m_SuiteLog),
       m_Library(options.suite) {
     FillState();
     BindWindow();
@@ -111,6 +113,7 @@ Host::Host(HostOptions const & options)
 void Host::FillState() {
     m_IniArgs.AddArg("Quillon", "ProgramName", ProgramName);
     if (m_Options.recordings) m_IniArgs.AddArg("Suite", "Recordings", *m_Options.recordings);
+    if (m_Options.interactive) m_IniArgs.AddArg("Suite", "Interactive", "true");
     CAppState::SetIniArgs(m_IniArgs);
     CAppState::ApplicationName(ProgramName);
     CAppState::AppTitle(ProgramName);
@@ -156,6 +159,8 @@ void Host::RunTests(TestSuite & suite) {
     Listening const listening(m_SuiteLog, file.get());
     auto const log = MakeLog();
     GlobalLog const global(*log);
+    CMFCDialogMXUserInput input(log.get(), std::string(ProgramName));
+    CAppState::UserInput(&input);
     if (m_Options.onlyFailures) log->EnableLogOnlyFailures();
     TestEngine(m_SuiteLog, *log).Run(OfSuite("list its tests", [&] { return suite.Tests(); }));
     m_Window.RefuseAborts();

@@ -11,6 +11,7 @@
 #include "examples/QNExe/CommandLine.h"
 #include "examples/QNExe/ExitCode.h"
 #include "examples/QNExe/HostWindow.h"
+#include "examples/QNExe/OperatorQuestions.h"
 #include "examples/QNExe/SuiteLibrary.h"
 #include "examples/QNExe/view/FormattedView.h"
 #include "log/CMXLog.h"
@@ -50,6 +51,7 @@ private:
     // Only for a formatted log.
     std::unique_ptr<FormattedView> m_View;
     HostWindow m_Window;
+    OperatorQuestions m_Questions;
     SuiteLibrary m_Library;
 
     // Written by the test thread, read when it has ended.

@@ -5,6 +5,8 @@
 
 #include "platform/Messaging.h"
 
+class CPromptService;
+
 class HostLoop {
 public:
     // Sent to the window on its own thread at the first Ctrl-C. The next one is left to the
@@ -22,9 +24,13 @@ public:
     HostLoop & operator=(HostLoop const &) = delete;
     ~HostLoop();
 
+    // Serves the operator's questions too, until null is given; for the window thread.
+    void Questions(CPromptService * prompts) { m_Prompts = prompts; }
+
     // Until a window's procedure calls PostQuitMessage.
     void Run() noexcept;
 
 private:
     HWND m_Window;
+    CPromptService * m_Prompts = nullptr;
 };

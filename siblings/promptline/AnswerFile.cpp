@@ -78,9 +78,9 @@ std::string ProblemOf(Json const & entry) {
 std::wstring Wide(Json const & text) { return *Utf8ToUtf16(text.get<std::string>()); }
 
 std::optional<Reply> AcceptInformation(Question const & question, Json const & answer) {
-    bool const isWord = answer.is_string()
-                        && (EqualInAnyCase(Wide(answer), L"ok")
-                            || EqualInAnyCase(Wide(answer), question.first));
+    bool const isWord =
+        answer.is_string()
+        && (EqualInAnyCase(Wide(answer), L"ok") || EqualInAnyCase(Wide(answer), question.first));
     if (isWord || answer == Json(true)) return Reply{};
     return std::nullopt;
 }

@@ -45,8 +45,7 @@ bool ChooseSeveral(std::vector<CSafeString> *& files, Question const & question)
 } // namespace
 
 bool SelectSingleFile(
-    CSafeString & file, wchar_t const * const title, wchar_t const * const filter,
-    bool mustExist) {
+    CSafeString & file, wchar_t const * const title, wchar_t const * const filter, bool mustExist) {
     return ChooseOne(file, Asking(QuestionKind::OneFile, title, filter, mustExist));
 }
 

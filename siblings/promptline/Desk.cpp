@@ -101,8 +101,7 @@ SharedDialog Desk::Opened(PromptState const & state) {
     dialog->store = state.store;
     if (state.event != nullptr) dialog->event = state.event->GetCore();
     dialog->state = &state;
-    if (state.timeout != 0xFFFFFFFF)
-        dialog->deadline = dialog->begun + Milliseconds(state.timeout);
+    if (state.timeout != 0xFFFFFFFF) dialog->deadline = dialog->begun + Milliseconds(state.timeout);
     m_Open.push_back(dialog);
     return dialog;
 }
@@ -139,11 +138,10 @@ void Desk::Settle() {
         std::scoped_lock const lock(m_Lock);
         ended.swap(m_Ended);
     }
-    for (auto const & [dialog, record, wantsAbort] : ended) {
+    for (auto const & [dialog, record] : ended) {
         if (m_Face != nullptr) m_Face->Remove(dialog);
-        if (m_Listener == nullptr || dialog->question.kind == QuestionKind::Notice) continue;
-        m_Listener->PromptEnded(record);
-        if (wantsAbort) m_Listener->AbortWanted(record);
+        bool const isAsked = dialog->question.kind != QuestionKind::Notice;
+        if (m_Listener != nullptr && isAsked) m_Listener->PromptEnded(record);
     }
 }
 
@@ -197,9 +195,10 @@ bool Desk::Finish(SharedDialog const & dialog, End const & end) {
     CPromptRecord record = RecordOf(*dialog, end.reply);
     record.source = end.source;
     record.reason = end.reason;
+    record.wantsAbort = end.wantsAbort;
     if (end.reply != nullptr) dialog->store(*end.reply);
     if (IsHelper(dialog)) m_TimedOut = end.timedOut;
-    m_Ended.push_back({dialog, std::move(record), end.wantsAbort});
+    m_Ended.push_back({dialog, std::move(record)});
     if (dialog->event) dialog->event->Signal();
     return true;
 }

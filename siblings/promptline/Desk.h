@@ -83,7 +83,6 @@ private:
     struct Ended {
         SharedDialog dialog;
         CPromptRecord record;
-        bool wantsAbort;
     };
     // How a dialog ends.
     struct End {

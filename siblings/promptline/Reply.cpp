@@ -39,7 +39,8 @@ ReadChoice(Question const & question, std::wstring const & line, std::wstring & 
     if (line == L"2" || EqualInAnyCase(line, question.second)
         || IsInitial(line, question.second, question.first))
         return Reply{.affirmed = false};
-    return Refuse(problem, L"Type 1 for " + question.first + L" or 2 for " + question.second + L".");
+    return Refuse(
+        problem, L"Type 1 for " + question.first + L" or 2 for " + question.second + L".");
 }
 
 std::optional<Reply>

@@ -9,8 +9,7 @@
 CWnd * AppMainWnd() { return Desk::The().MainWindow(); }
 
 int PostHelperDialogCreateMessage(CWnd *, long long state) {
-    auto * const posted =
-        reinterpret_cast<CHelperDialogState *>(static_cast<std::intptr_t>(state));
+    auto * const posted = reinterpret_cast<CHelperDialogState *>(static_cast<std::intptr_t>(state));
     return Desk::The().Post(Desk::CreateRequest, posted) ? 1 : 0;
 }
 
@@ -84,8 +83,8 @@ CPromptService::Parts::Window::Window() {
     windowClass.lpfnWndProc = Receive;
     windowClass.lpszClassName = WindowClass;
     if (RegisterClassA(&windowClass) == 0) Fail();
-    handle = CreateWindowExA(
-        0, WindowClass, "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
+    handle =
+        CreateWindowExA(0, WindowClass, "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
     if (handle != nullptr) return;
     UnregisterClassA(WindowClass, nullptr);
     Fail();

@@ -19,8 +19,8 @@ std::wstring TextOr(std::wstring const * text, wchar_t const * instead) {
     return text != nullptr ? *text : instead;
 }
 
-Question
-Asking(QuestionKind kind, std::wstring const & header, std::wstring const * text, WINDOW_ARGS * args) {
+Question Asking(
+    QuestionKind kind, std::wstring const & header, std::wstring const * text, WINDOW_ARGS * args) {
     Question question;
     question.kind = kind;
     question.header = header;
@@ -29,7 +29,8 @@ Asking(QuestionKind kind, std::wstring const & header, std::wstring const * text
     return question;
 }
 
-Question Listing(Question question, std::vector<std::wstring> const * list, unsigned long const * preset) {
+Question
+Listing(Question question, std::vector<std::wstring> const * list, unsigned long const * preset) {
     if (list != nullptr) question.list = *list;
     if (preset != nullptr && *preset < question.list.size())
         question.presetPlace = static_cast<std::uint32_t>(*preset);
@@ -101,7 +102,8 @@ CHelperDialogState * InitGetUserItemDialog(
 CHelperDialogState * InitGetUserListSingleSelectionDialog(
     std::wstring const & header, std::wstring * text, std::vector<std::wstring> * list,
     unsigned long timeout, unsigned long * selection, CMXGuiEvent * event, WINDOW_ARGS * args) {
-    Question question = Listing(Asking(QuestionKind::OneOfList, header, text, args), list, selection);
+    Question question =
+        Listing(Asking(QuestionKind::OneOfList, header, text, args), list, selection);
     question.first = L"OK";
     return MakeState(std::move(question), timeout, event, [selection](Reply const & reply) {
         StoreAt(selection, reply.places.at(0));
@@ -132,7 +134,6 @@ CHelperDialogState * InitGetUserListSelectionsDialog(
     question.first = L"OK";
     return MakeState(std::move(question), timeout, event, [selections](Reply const & reply) {
         if (selections != nullptr)
-            *selections =
-                new std::vector<unsigned long>(reply.places.begin(), reply.places.end());
+            *selections = new std::vector<unsigned long>(reply.places.begin(), reply.places.end());
     });
 }
