@@ -14,7 +14,6 @@
 #include "examples/QNExe/OperatorQuestions.h"
 #include "examples/QNExe/SuiteLibrary.h"
 #include "examples/QNExe/view/FormattedView.h"
-#include "log/CMXLog.h"
 #include "output/COutputBuffer.h"
 #include "settings/CIniArgs.h"
 #include "siblings/QuillonLog.h"
@@ -41,7 +40,6 @@ private:
     void RunToTheEnd();
     ExitCode RunSuite();
     void RunTests(TestSuite & suite);
-    std::unique_ptr<CMXLog> MakeLog();
 
     HostOptions m_Options;
     LibraryState m_State;
