@@ -49,6 +49,36 @@ if(MORVEX_COVERAGE)
   add_link_options(--coverage)
 endif()
 
+# What the distributions' package note calls the kind of package that this becomes: deb, rpm, ...
+set(MORVEX_PACKAGE_TYPE "generic" CACHE STRING "Kind of package, for the binaries' package note")
+if(WIN32)
+  enable_language(RC)
+endif()
+
+# morvex_version(<target> <description>): the binary tells its version, in a resource on Windows and
+# in ELF notes elsewhere.
+function(morvex_version target file_description)
+  set(file_version ${PROJECT_VERSION}.0)
+  set(generated ${CMAKE_CURRENT_BINARY_DIR}/${target}.version)
+  if(WIN32)
+    string(REPLACE "." "," version_numbers ${file_version})
+    get_target_property(type ${target} TYPE)
+    set(file_type 2)
+    if(type STREQUAL EXECUTABLE)
+      set(file_type 1)
+    endif()
+    get_target_property(file_name ${target} OUTPUT_NAME)
+    if(NOT file_name)
+      set(file_name ${target})
+    endif()
+    configure_file(${PROJECT_SOURCE_DIR}/cmake/Version.rc.in ${generated}.rc @ONLY)
+    target_sources(${target} PRIVATE ${generated}.rc)
+  else()
+    configure_file(${PROJECT_SOURCE_DIR}/cmake/VersionNote.cpp.in ${generated}.cpp @ONLY)
+    target_sources(${target} PRIVATE ${generated}.cpp)
+  endif()
+endfunction()
+
 # morvex_shared_library(<target> <Name>): <Name>.dll on Windows, lib<name>.so with an SONAME elsewhere.
 function(morvex_shared_library target name)
   if(WIN32)

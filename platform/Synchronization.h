@@ -1,8 +1,8 @@
-// Critical sections, waitable events, sleeping and the high-resolution counter.
+// Critical sections, waitable events and mutexes, sleeping and the high-resolution counter.
 //
-// A critical section may be entered again by the thread that holds it. An event made by
-// CreateEventA is owned by the caller, who gives it to CloseHandle. Every operation may be called
-// from any thread.
+// A critical section may be entered again by the thread that holds it. What CreateEventA and
+// CreateMutexA made is owned by the caller, who gives it to CloseHandle. Every operation may be
+// called from any thread.
 #pragma once
 
 #include "platform/BaseTypes.h"
@@ -25,6 +25,7 @@ union LARGE_INTEGER {
 
 inline constexpr DWORD INFINITE = 0xFFFFFFFF;
 inline constexpr DWORD WAIT_OBJECT_0 = 0;
+inline constexpr DWORD WAIT_ABANDONED = 0x80;
 inline constexpr DWORD WAIT_TIMEOUT = 258;
 inline constexpr DWORD WAIT_FAILED = 0xFFFFFFFF;
 
@@ -45,8 +46,28 @@ MORVEX_PLATFORM_API HANDLE CreateEventA(
 MORVEX_PLATFORM_API BOOL SetEvent(HANDLE event);
 MORVEX_PLATFORM_API BOOL ResetEvent(HANDLE event);
 
+// A mutex that one thread owns at a time, and may take again. Null with ERROR_INVALID_PARAMETER for
+// one with a name, with ERROR_NOT_ENOUGH_MEMORY when the process may open no more descriptors.
+MORVEX_PLATFORM_API HANDLE
+CreateMutexA(_SECURITY_ATTRIBUTES * attributes, BOOL initiallyOwned, char const * name);
+
+// As CreateMutexA. One with a name is there to be seen, by this process and all others, until its
+// last holder closes it or ends in whatever way; it cannot be owned or waited for. Success sets the
+// last error: ERROR_ALREADY_EXISTS when the name was held already, else ERROR_SUCCESS.
+// A name without a prefix, or with "Local\", is the user's own; "Global\" makes it the machine's.
+// Case counts. Null with ERROR_PATH_NOT_FOUND for a name with another '\', with
+// ERROR_FILENAME_EXCED_RANGE for one that is too long, with ERROR_INVALID_PARAMETER for an initial
+// owner, with ERROR_ACCESS_DENIED and others when the place of the names is out of reach.
+MORVEX_PLATFORM_API HANDLE
+CreateMutexW(_SECURITY_ATTRIBUTES * attributes, BOOL initiallyOwned, wchar_t const * name);
+
+// Gives up one taking of the mutex. Zero with ERROR_NOT_OWNER on a thread that does not own it,
+// with ERROR_INVALID_HANDLE for what is no mutex.
+MORVEX_PLATFORM_API BOOL ReleaseMutex(HANDLE mutex);
+
 // Waits up to `milliseconds` (INFINITE: without end): WAIT_OBJECT_0, WAIT_TIMEOUT, or WAIT_FAILED
-// with ERROR_INVALID_HANDLE.
+// with ERROR_INVALID_HANDLE. A mutex is owned from then on; WAIT_ABANDONED says so too, and that
+// its owner has ended without giving it up.
 MORVEX_PLATFORM_API DWORD WaitForSingleObject(HANDLE object, DWORD milliseconds);
 
 // Zero with ERROR_INVALID_HANDLE: null, closed already or never given out. A thread that waits for

@@ -1,11 +1,13 @@
 // What the library requires of QuillonLog: the records of a suite and of its tests.
 //
 // The host owns the suite record and the engine that drives the run opens and closes its tests;
-// the log fills the record of the test that is current. Nothing here takes a lock: a record
-// belongs to the thread that runs the tests, and may be read elsewhere when that thread is done.
+// the log fills the record of the test that is current. But for the questions to the operator
+// nothing here takes a lock: a record belongs to the thread that runs the tests, and may be read
+// elsewhere when that thread is done.
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -28,6 +30,22 @@ struct CTestLogEntry {
     // CSS declarations, empty when the entry has no style of its own.
     std::string style;
     std::chrono::system_clock::time_point time;
+};
+
+// One question to the operator, and what became of it. Texts are UTF-8.
+struct CTestPrompt {
+    std::string question;
+    // What was chosen or entered; empty without an answer.
+    std::string answer;
+    // Where the answer came from: "operator" or "file"; "none" without one.
+    std::string source;
+    // Why there is no answer.
+    std::string reason;
+    double seconds = 0;
+    // The run was aborted because nobody could answer it.
+    bool hasAborted = false;
+    // Which of the suite's TestLogs() was current, counted from 0.
+    std::size_t test = 0;
 };
 
 class CTestLog;
@@ -136,6 +154,11 @@ public:
 
     // Every record in running order, the one before the first test included.
     std::vector<std::unique_ptr<CTestLog>> const & TestLogs() const;
+
+    // Keeps a question, as one of the current test, whatever its `test` says. These two may be
+    // called from any thread, also while the tests run.
+    void AddPrompt(CTestPrompt prompt);
+    std::vector<CTestPrompt> Prompts() const;
 
     // Report data in the order in which it came; a key may stand more than once.
     void AddMeta(std::string const & key, std::string const & value);

@@ -82,6 +82,8 @@ struct Raw {
     std::string log;
     std::string verbosity;
     std::string view;
+    bool interactive = false;
+    bool versions = false;
     bool onlyFailures = false;
 };
 
@@ -104,6 +106,10 @@ void Describe(CLI::App & app, Raw & raw) {
            "How to show the log: console, formatted, or auto, which is formatted on a terminal")
         ->check(CheckView)
         ->type_name("VIEW");
+    app.add_flag(
+        "--interactive", raw.interactive, "Have the suite ask the operator, if it has questions");
+    app.add_flag(
+        "--versions", raw.versions, "Begin the log with the system and the program files' versions");
     app.add_flag("--only-failures", raw.onlyFailures, "Leave out the entries of tests that pass");
     app.footer("Exit code: 0 passed, 1 failed, 2 no test ran, 3 aborted by the operator, "
                "4 could not run.");
@@ -121,6 +127,8 @@ HostOptions OptionsOf(CLI::App const & app, Raw const & raw) {
     options.log = IfGiven(app, "--log", raw.log);
     options.verbosity = LevelOf(raw.verbosity).value_or(Normal);
     options.view = ViewOf(raw.view).value_or(LogView::Auto);
+    options.interactive = raw.interactive;
+    options.versions = raw.versions;
     options.onlyFailures = raw.onlyFailures;
     return options;
 }

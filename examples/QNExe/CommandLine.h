@@ -33,6 +33,12 @@ struct HostOptions {
 
     LogView view = LogView::Auto;
 
+    // The suite asks the operator what it can ask, for suites that have such tests.
+    bool interactive = false;
+
+    // The log begins with the system and the version of each program file.
+    bool versions = false;
+
     // Entries of tests that pass are left out of the log.
     bool onlyFailures = false;
 };

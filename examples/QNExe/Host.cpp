@@ -7,11 +7,12 @@
 #include <vector>
 
 #include "app/CAppState.h"
+#include "app/CLimitSingleExecute.h"
+#include "app/Common.h"
 #include "examples/QNExe/TestEngine.h"
 #include "examples/QNExe/view/LogFile.h"
 #include "examples/QNExe/view/Terminal.h"
-#include "log/CConsoleOutMXLog.h"
-#include "log/CHTMLMXLog.h"
+#include "log/CMXLog.h"
 #include "output/CUIUpdate.h"
 
 namespace {
@@ -50,25 +51,39 @@ private:
     CTestSuiteLog & m_Suite;
 };
 
-// Makes a log the global log for a scope; it must outlive the scope.
-class GlobalLog {
+// The log and the prompt object of a run, both the library's, from their start to their end.
+class RunningSuite {
 public:
-    explicit GlobalLog(CMXLog & log) {
-        CAppState::Log(&log);
-        log.GlobalLogExists(true);
+    RunningSuite(tagTS_LOG_TYPE type, COutputBuffer & output, bool versions, std::string * file) {
+        char * const name = file != nullptr ? file->data() : nullptr;
+        m_Result = Common_InitTestSuite(
+            m_Log, type, m_UserInput, ProgramName, &output, versions, name, true);
     }
-    GlobalLog(GlobalLog const &) = delete;
-    GlobalLog & operator=(GlobalLog const &) = delete;
-    ~GlobalLog() { CAppState::Log(nullptr); }
+    RunningSuite(RunningSuite const &) = delete;
+    RunningSuite & operator=(RunningSuite const &) = delete;
+    ~RunningSuite() { Common_EndTestSuite(m_Log, m_UserInput); }
+
+    CMXLog & Log() const {
+        if (m_Result != TS_SUCCESS)
+            throw std::runtime_error("the suite cannot be started. The log says why.");
+        return *m_Log;
+    }
+
+private:
+    CMXLog * m_Log = nullptr;
+    CMXUserInput * m_UserInput = nullptr;
+    TS_STATUS m_Result;
 };
 
-char const * NameOf(std::optional<std::string> const & file) {
-    return file ? file->c_str() : nullptr;
-}
-
 // The log itself does not tell that its file is missing.
-void CheckLogFile(CConsoleOutMXLog & log, std::optional<std::string> const & file) {
-    if (file && log.GetLogName().empty()) RefuseLogFile(*file);
+void CheckLogFile(std::string const & file) { LogFile const opened(file); }
+
+// Nothing keeps two programs from the same device: whoever reads the log must know.
+void WarnOfAnother(CMXLog & log) {
+    if (!CLimitSingleExecute::GetSingleExecute()->IsAnotherInstanceRunning()) return;
+    log.Write(
+        TEST_STATUS_WARNING, Quiet, nullptr,
+        "Another QNExe is running. Results count only if it leaves this device alone.");
 }
 
 // Turns whatever a suite throws into a text while the suite, and so the exception's code, is still
@@ -87,10 +102,14 @@ auto OfSuite(char const * step, Step const & run) {
 
 } // namespace
 
-Host::LibraryState::LibraryState() { CAppState::InitAppState(EApplicationFamily{}); }
+Host::LibraryState::LibraryState() {
+    CAppState::InitAppState(EApplicationFamily{});
+    CLimitSingleExecute::GetSingleExecute();
+}
 
 Host::LibraryState::~LibraryState() {
     CUIUpdate::FreeUIUpdate();
+    CLimitSingleExecute::FreeSingleExecute();
     CAppState::CleanupAppState();
 }
 
@@ -98,6 +117,7 @@ Host::Host(HostOptions const & options)
     : m_Options(options),
       m_View(IsFormatted(options.view) ? std::make_unique<FormattedView>(stderr) : nullptr),
       m_Window(m_View.get()),
+      m_Questions(m_Window, m_SuiteLog),
       m_Library(options.suite) {
     FillState();
     BindWindow();
@@ -108,6 +128,7 @@ Host::Host(HostOptions const & options)
 void Host::FillState() {
     m_IniArgs.AddArg("Quillon", "ProgramName", ProgramName);
     if (m_Options.recordings) m_IniArgs.AddArg("Suite", "Recordings", *m_Options.recordings);
+    if (m_Options.interactive) m_IniArgs.AddArg("Suite", "Interactive", "true");
     CAppState::SetIniArgs(m_IniArgs);
     CAppState::ApplicationName(ProgramName);
     CAppState::AppTitle(ProgramName);
@@ -149,18 +170,15 @@ ExitCode Host::RunSuite() {
 // and no abort can come in between the summary and the exit code.
 void Host::RunTests(TestSuite & suite) {
     std::unique_ptr<LogFile> file;
-    if (m_View && m_Options.log) file = std::make_unique<LogFile>(*m_Options.log);
+    if (m_Options.log && m_View) file = std::make_unique<LogFile>(*m_Options.log);
+    if (m_Options.log && !m_View) CheckLogFile(*m_Options.log);
     Listening const listening(m_SuiteLog, file.get());
-    auto const log = MakeLog();
-    GlobalLog const global(*log);
-    if (m_Options.onlyFailures) log->EnableLogOnlyFailures();
-    TestEngine(m_SuiteLog, *log).Run(OfSuite("list its tests", [&] { return suite.Tests(); }));
+    RunningSuite const running(
+        m_View ? TS_LOG_HTML : TS_LOG_CONSOLE, m_Output, m_Options.versions,
+        m_Options.log ? &*m_Options.log : nullptr);
+    CMXLog & log = running.Log();
+    WarnOfAnother(log);
+    if (m_Options.onlyFailures) log.EnableLogOnlyFailures();
+    TestEngine(m_SuiteLog, log).Run(OfSuite("list its tests", [&] { return suite.Tests(); }));
     m_Window.RefuseAborts();
-}
-
-std::unique_ptr<CMXLog> Host::MakeLog() {
-    if (m_View) return std::make_unique<CHTMLMXLog>(&m_Output);
-    auto log = std::make_unique<CConsoleOutMXLog>(NameOf(m_Options.log));
-    CheckLogFile(*log, m_Options.log);
-    return log;
 }

@@ -11,9 +11,9 @@
 #include "examples/QNExe/CommandLine.h"
 #include "examples/QNExe/ExitCode.h"
 #include "examples/QNExe/HostWindow.h"
+#include "examples/QNExe/OperatorQuestions.h"
 #include "examples/QNExe/SuiteLibrary.h"
 #include "examples/QNExe/view/FormattedView.h"
-#include "log/CMXLog.h"
 #include "output/COutputBuffer.h"
 #include "settings/CIniArgs.h"
 #include "siblings/QuillonLog.h"
@@ -40,7 +40,6 @@ private:
     void RunToTheEnd();
     ExitCode RunSuite();
     void RunTests(TestSuite & suite);
-    std::unique_ptr<CMXLog> MakeLog();
 
     HostOptions m_Options;
     LibraryState m_State;
@@ -50,6 +49,7 @@ private:
     // Only for a formatted log.
     std::unique_ptr<FormattedView> m_View;
     HostWindow m_Window;
+    OperatorQuestions m_Questions;
     SuiteLibrary m_Library;
 
     // Written by the test thread, read when it has ended.

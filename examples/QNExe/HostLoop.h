@@ -5,6 +5,8 @@
 
 #include "platform/Messaging.h"
 
+class CPromptService;
+
 class HostLoop {
 public:
     // Reaches the window at the first Ctrl-C: sent by the loop, or posted from the thread on which
@@ -23,9 +25,13 @@ public:
     HostLoop & operator=(HostLoop const &) = delete;
     ~HostLoop();
 
+    // Serves the operator's questions too, until null is given; for the window thread.
+    void Questions(CPromptService * prompts) { m_Prompts = prompts; }
+
     // Until a window's procedure calls PostQuitMessage.
     void Run() noexcept;
 
 private:
     HWND m_Window;
+    CPromptService * m_Prompts = nullptr;
 };

@@ -7,6 +7,7 @@
 #include "examples/QNExe/view/FormattedView.h"
 #include "output/COutputBuffer.h"
 #include "output/CUIUpdate.h"
+#include "siblings/Promptline.h"
 
 namespace {
 
@@ -21,6 +22,7 @@ static_assert(HostLoop::InterruptMessage != CUIUpdate::UpdateMessage);
 bool abortsRefused = false;
 bool renderPending = false;
 FormattedView * shownIn = nullptr;
+CPromptService * questions = nullptr;
 
 [[noreturn]] void Fail() {
     throw std::runtime_error(
@@ -28,10 +30,27 @@ FormattedView * shownIn = nullptr;
         + "). Start the program in a session that may have windows.");
 }
 
+// What is written at the terminal stands above a question that waits there.
+class OutputScope {
+public:
+    OutputScope() {
+        if (questions != nullptr) questions->BeforeOutput();
+    }
+    OutputScope(OutputScope const &) = delete;
+    OutputScope & operator=(OutputScope const &) = delete;
+    ~OutputScope() {
+        if (questions != nullptr) questions->AfterOutput();
+    }
+};
+
 // A run on the console shows its log elsewhere; the table is taken out so that it does not grow.
 void DropText() {
-    if (COutputBuffer * const buffer = CUIUpdate::GetBuffer())
-        COutputBuffer::DeleteDataTable(buffer->GetText());
+    COutputBuffer * const buffer = CUIUpdate::GetBuffer();
+    auto * const table = buffer != nullptr ? buffer->GetText() : nullptr;
+    if (table == nullptr) return;
+    // The console's line has broken into the question's.
+    OutputScope const redrawn;
+    COutputBuffer::DeleteDataTable(table);
 }
 
 // A test that waits for this update goes on before anything is shown.
@@ -43,18 +62,21 @@ void TakeTextOut(HWND window) {
 
 void Render() {
     renderPending = false;
-    if (shownIn != nullptr) shownIn->Render();
+    if (shownIn == nullptr) return;
+    OutputScope const above;
+    shownIn->Render();
 }
 
 // What came in since the last update, and whatever is not shown yet.
 void ShowTheRest() {
     if (shownIn == nullptr) return DropText();
-    shownIn->TakeOver(false);
-    Render();
+    if (shownIn->TakeOver(false)) Render();
 }
 
-void AskForAbort() {
-    if (!abortsRefused) CUIUpdate::GetUIUpdate()->AbortFunction(true);
+// The questions that wait are not answered any more.
+void OnInterrupt() {
+    HostWindow::AskForAbort();
+    if (questions != nullptr && !abortsRefused) questions->Abort();
 }
 
 } // namespace
@@ -80,11 +102,26 @@ HostWindow::HostWindow(FormattedView * view) : m_Loop(m_Window.handle) {
     abortsRefused = false;
     renderPending = false;
     shownIn = view;
+    questions = nullptr;
 }
 
 void HostWindow::Serve() noexcept { m_Loop.Run(); }
 
 void HostWindow::RefuseAborts() { SendMessageA(Handle(), RefuseAbortsMessage, 0, 0); }
+
+void HostWindow::Questions(CPromptService * prompts) {
+    questions = prompts;
+    m_Loop.Questions(prompts);
+}
+
+void HostWindow::QuestionShown(bool shown) {
+    if (shown) ShowTheRest();
+    if (shownIn != nullptr) shownIn->HoldProgress(shown);
+}
+
+void HostWindow::AskForAbort() {
+    if (!abortsRefused) CUIUpdate::GetUIUpdate()->AbortFunction(true);
+}
 
 void HostWindow::End() { SendMessageA(Handle(), EndMessage, 0, 0); }
 
@@ -100,7 +137,7 @@ LRESULT CALLBACK HostWindow::Receive(HWND window, UINT message, WPARAM wParam, L
         ShowTheRest();
         return 0;
     case HostLoop::InterruptMessage:
-        AskForAbort();
+        OnInterrupt();
         return 0;
     case RefuseAbortsMessage:
         abortsRefused = true;

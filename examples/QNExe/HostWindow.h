@@ -7,6 +7,7 @@
 #include "examples/QNExe/HostLoop.h"
 #include "platform/Messaging.h"
 
+class CPromptService;
 class FormattedView;
 
 class HostWindow {
@@ -20,6 +21,16 @@ public:
     ~HostWindow() = default;
 
     HWND Handle() const { return m_Window.handle; }
+
+    // Serves these questions too, which are ended when the operator aborts; null for none. For the
+    // window thread.
+    void Questions(CPromptService * prompts);
+
+    // Shows what came in so far. With a question at the terminal there is no progress beneath.
+    static void QuestionShown(bool shown);
+
+    // Asks for the abort of the run, as the operator does.
+    static void AskForAbort();
 
     // Serves the window until End, which shows what is left.
     void Serve() noexcept;

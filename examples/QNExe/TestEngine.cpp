@@ -59,7 +59,17 @@ TEST_STATUS TestEngine::RunSteps(TestCase const & test) {
     CUIUpdate::GetUIUpdate()->ThrowExceptionOnAbort(false);
     if (!OperatorHasAborted()) return status;
     m_Suite.CurrentTestLog()->m_AbortedByUser = true;
+    WriteUnanswered();
     return status | TEST_STATUS_ABORT;
+}
+
+// Names the question that has aborted the run, if it was one.
+void TestEngine::WriteUnanswered() {
+    auto const prompts = m_Suite.Prompts();
+    if (prompts.empty() || !prompts.back().hasAborted) return;
+    m_Log.Write(
+        TEST_STATUS_ABORT, "The question \"%s\" was not answered: %s.", prompts.back().question,
+        prompts.back().reason);
 }
 
 TEST_STATUS TestEngine::Guard(TestCase const & test) {

@@ -25,6 +25,7 @@ private:
     void Open(TestCase const & test);
     TEST_STATUS RunSteps(TestCase const & test);
     TEST_STATUS Guard(TestCase const & test);
+    void WriteUnanswered();
     void Close(TEST_STATUS status);
 
     CTestSuiteLog & m_Suite;

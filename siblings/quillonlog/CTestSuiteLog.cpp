@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <mutex>
 
 struct CTestSuiteLog::Data {
     std::vector<std::unique_ptr<CTestLog>> tests;
@@ -10,6 +11,10 @@ struct CTestSuiteLog::Data {
     Pairs summary;
     std::string osVersion;
     CTestSuiteListener * listener = nullptr;
+    // Guards what follows.
+    std::mutex promptLock;
+    std::vector<CTestPrompt> prompts;
+    std::size_t current = 0;
 };
 
 namespace {
@@ -50,6 +55,8 @@ CTestSuiteLog::~CTestSuiteLog() = default;
 
 CTestLog & CTestSuiteLog::OpenTest(bool actualTest) {
     m_Data->tests.push_back(std::make_unique<CTestLog>(actualTest, this));
+    std::scoped_lock const lock(m_Data->promptLock);
+    m_Data->current = m_Data->tests.size() - 1;
     return *m_Data->tests.back();
 }
 
@@ -65,6 +72,17 @@ void CTestSuiteLog::Listener(CTestSuiteListener * listener) { m_Data->listener =
 CTestSuiteListener * CTestSuiteLog::Listener() const { return m_Data->listener; }
 
 Records const & CTestSuiteLog::TestLogs() const { return m_Data->tests; }
+
+void CTestSuiteLog::AddPrompt(CTestPrompt prompt) {
+    std::scoped_lock const lock(m_Data->promptLock);
+    prompt.test = m_Data->current;
+    m_Data->prompts.push_back(std::move(prompt));
+}
+
+std::vector<CTestPrompt> CTestSuiteLog::Prompts() const {
+    std::scoped_lock const lock(m_Data->promptLock);
+    return m_Data->prompts;
+}
 
 void CTestSuiteLog::AddMeta(std::string const & key, std::string const & value) {
     m_Data->meta.emplace_back(key, value);

@@ -11,6 +11,8 @@
 #include <signal.h>
 #include <unistd.h>
 
+#include "siblings/Promptline.h"
+
 namespace {
 
 std::atomic<int> interruptRead{-1};
@@ -52,11 +54,12 @@ bool TakeInterrupt() {
     return read(interruptRead, &ring, sizeof ring) == sizeof ring;
 }
 
-// False: nothing came.
-bool WaitForEither(int messages) {
-    pollfd watched[] = {{messages, POLLIN, 0}, {interruptRead, POLLIN, 0}};
-    // A signal or a lack of memory ends the wait early; both sources are looked at in any case.
-    return poll(watched, 2, HostLoop::IdleMilliseconds) != 0;
+// False: nothing came. A question whose time runs is served for ever, and is as good as nothing.
+bool WaitForAny(int messages, int questions) {
+    pollfd watched[] = {{messages, POLLIN, 0}, {interruptRead, POLLIN, 0}, {questions, POLLIN, 0}};
+    // A signal or a lack of memory ends the wait early; all sources are looked at in any case.
+    if (poll(watched, 3, HostLoop::IdleMilliseconds) <= 0) return false;
+    return watched[0].revents != 0 || watched[1].revents != 0;
 }
 
 // False: the loop is to end.
@@ -86,7 +89,9 @@ HostLoop::~HostLoop() {
 void HostLoop::Run() noexcept {
     int const messages = MorvexMessageDescriptor();
     while (ServeMessages()) {
-        if (!WaitForEither(messages)) SendMessageA(m_Window, IdleMessage, 0, 0);
+        int const questions = m_Prompts != nullptr ? m_Prompts->Descriptor() : -1;
+        if (!WaitForAny(messages, questions)) SendMessageA(m_Window, IdleMessage, 0, 0);
+        if (m_Prompts != nullptr) m_Prompts->Serve();
         if (TakeInterrupt()) SendMessageA(m_Window, InterruptMessage, 0, 0);
     }
 }

@@ -24,6 +24,9 @@ public:
 
     void Render();
 
+    // No line of progress is shown while it is held.
+    void HoldProgress(bool hold) { m_View.HoldProgress(hold); }
+
 private:
     struct Delete {
         void operator()(COutputBuffer::DataTable * table) const {

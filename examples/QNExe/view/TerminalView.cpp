@@ -34,6 +34,14 @@ void TerminalView::Show(Progress const & progress) {
     Put(sent);
 }
 
+void TerminalView::HoldProgress(bool hold) {
+    if (hold == m_IsHeld) return;
+    m_IsHeld = hold;
+    std::string sent = Erase();
+    sent += Draw();
+    Put(sent);
+}
+
 void TerminalView::Put(std::string const & text) {
     if (text.empty()) return;
     std::fwrite(text.data(), 1, text.size(), m_Stream);
@@ -45,7 +53,7 @@ std::string TerminalView::Erase() {
 }
 
 std::string TerminalView::Draw() {
-    if (!m_Settings.progress || !m_AtLineStart) return {};
+    if (!m_Settings.progress || !m_AtLineStart || m_IsHeld) return {};
     std::size_t const columns = m_Settings.columns();
     // The last column stays free: a full line makes some terminals wrap.
     std::string line = StatusLine(m_Progress, columns > 0 ? columns - 1 : 0);

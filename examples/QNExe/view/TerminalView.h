@@ -34,6 +34,9 @@ public:
     void Show(std::vector<StyledText> const & pieces);
     void Show(Progress const & progress);
 
+    // While held no line of progress is drawn; something else has the last line.
+    void HoldProgress(bool hold);
+
 private:
     void Put(std::string const & text);
     std::string Erase();
@@ -43,6 +46,7 @@ private:
     Settings m_Settings;
     Progress m_Progress;
     bool m_StatusShown = false;
+    bool m_IsHeld = false;
     // Progress is not drawn behind half a line.
     bool m_AtLineStart = true;
 };

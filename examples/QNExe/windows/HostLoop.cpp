@@ -4,6 +4,8 @@
 #include <atomic>
 #include <system_error>
 
+#include "siblings/Promptline.h"
+
 namespace {
 
 constexpr UINT_PTR IdleTimer = 1;
@@ -40,9 +42,11 @@ HostLoop::~HostLoop() {
 
 void HostLoop::Run() noexcept {
     MSG message;
-    while (GetMessageA(&message, nullptr, 0, 0) > 0) {
-        if (message.message == WM_TIMER) SendMessageA(m_Window, IdleMessage, 0, 0);
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+        if (message.hwnd == m_Window && message.message == WM_TIMER)
+            SendMessageA(m_Window, IdleMessage, 0, 0);
+        if (m_Prompts != nullptr && m_Prompts->TakesMessage(&message)) continue;
         TranslateMessage(&message);
-        DispatchMessageA(&message);
+        DispatchMessageW(&message);
     }
 }

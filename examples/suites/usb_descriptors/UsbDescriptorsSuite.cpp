@@ -9,6 +9,7 @@
 #include <tuple>
 #include <utility>
 
+#include "OperatorTests.h"
 #include "RecordingFiles.h"
 #include "Rules.h"
 #include "Speeds.h"
@@ -37,6 +38,11 @@ using SharedSubject = std::shared_ptr<Subject const>;
 std::string const * FindSetting(char const * key) {
     std::string * value = nullptr;
     return CAppState::GetIniArgs().GetArg("Suite", key, value) ? value : nullptr;
+}
+
+bool IsInteractive() {
+    bool isInteractive = false;
+    return CAppState::GetIniArgs().GetArg("Suite", "Interactive", isInteractive) && isInteractive;
 }
 
 std::vector<usb::RecordingFile> ReadInput() {
@@ -131,6 +137,7 @@ std::vector<TestCase> UsbDescriptorsSuite::Tests() {
         subjects.push_back(std::make_shared<Subject const>(std::move(file)));
     auto const names = NamesOf(subjects);
     std::vector<TestCase> tests;
+    if (IsInteractive()) tests = OperatorTests();
     for (std::size_t i = 0; i < subjects.size(); ++i)
         AddTests(tests, subjects[i], names[i]);
     return tests;

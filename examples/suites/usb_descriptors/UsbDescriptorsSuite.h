@@ -2,7 +2,8 @@
 //
 // Setting Recordings of section Suite names a folder of recordings. Without it the suite reads the
 // devices of this machine, where the system shows their descriptors as files; DevicesRoot of the
-// same section names another place of that form. Belongs to the test thread.
+// same section names another place of that form. With Interactive, true, it first asks the operator
+// one question of each kind. Belongs to the test thread.
 #pragma once
 
 #include <string>

@@ -1,0 +1,117 @@
+// The whole program with an operator at its terminal.
+#include <filesystem>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "platform/ChildProcess.h"
+#include "qnexe/ChildHost.h"
+#include "qnexe/linux/Pty.h"
+
+namespace {
+
+class OperatorRunTest : public ChildHost {
+protected:
+    static std::string Program() { return (ProgramFolder() / "QNExe").string(); }
+
+    static Pty At(std::string const & suite) {
+        return Pty(Program(), {"--suite", Suite(suite)}, {});
+    }
+
+    // The sample suite over one recording.
+    Pty Sample() {
+        std::string const suite = (ProgramFolder() / "usb_descriptors.so").string();
+        std::filesystem::copy_file(
+            std::filesystem::path(SAMPLE_RECORDINGS) / "low_speed_mouse.bin", File("mouse.bin"));
+        return Pty(Program(), {"--suite", suite, "--recordings", File(""), "--interactive"}, {});
+    }
+
+    static bool Has(Pty const & terminal, std::string const & part) {
+        return terminal.Shown().find(part) != std::string::npos;
+    }
+
+    static constexpr char CtrlC[] = "\x03";
+    static constexpr char CtrlD[] = "\x04";
+};
+
+TEST_F(OperatorRunTest, TheSampleSuiteAsksOneQuestionOfEachKind) {
+    Pty terminal = Sample();
+    ASSERT_TRUE(terminal.WaitFor("Press Enter: It is connected> "));
+    terminal.Type("\r");
+    ASSERT_TRUE(terminal.WaitFor("1 Yes, 2 No> "));
+    terminal.Type("maybe\r");
+    ASSERT_TRUE(terminal.WaitFor("Type 1 for Yes or 2 for No."));
+    terminal.Type("y\r");
+    ASSERT_TRUE(terminal.WaitFor("Number [4]> "));
+    terminal.Type("99\r");
+    ASSERT_TRUE(terminal.WaitFor("Number [99]> "));
+    terminal.Type("7\r");
+    ASSERT_TRUE(terminal.WaitFor("Text> "));
+    terminal.Type("\xC2\xB5x\x7fz\r");
+    // Nobody answers the list, and its countdown is seen.
+    ASSERT_TRUE(terminal.WaitFor("Number 1-3 [3] (5 s)> "));
+    ASSERT_TRUE(terminal.WaitFor("Number 1-3 [3] (3 s)> "));
+    ASSERT_TRUE(terminal.WaitFor("Number 0-3 [1]> "));
+    terminal.Type("0\r");
+    ASSERT_TRUE(terminal.WaitFor("Numbers 1-3> "));
+    terminal.Type("3 1\r");
+    ASSERT_TRUE(terminal.WaitFor("File, or nothing> "));
+    terminal.Type(File("mo") + "\t\r");
+    EXPECT_EQ(terminal.Finish(), 0);
+    for (std::string const & entry :
+         {std::string("The operator has connected the device"), std::string("The light is on"),
+          std::string("The hub has 7 ports"), std::string("The label says \"\xC2\xB5z\""),
+          std::string("No answer in time"), std::string("Next: none"),
+          std::string("It has low speed\nIt has high speed"), "Chosen: " + File("mouse.bin")})
+        EXPECT_TRUE(Has(terminal, entry)) << entry;
+    EXPECT_TRUE(Has(terminal, "  1  low speed\n  2  full speed\n  3  high speed\n  0  None\n"));
+}
+
+TEST_F(OperatorRunTest, CtrlCAtAQuestionIsTheOperatorsAbort) {
+    Pty terminal = Sample();
+    ASSERT_TRUE(terminal.WaitFor("Press Enter: It is connected> "));
+    terminal.Type("\r");
+    ASSERT_TRUE(terminal.WaitFor("1 Yes, 2 No> "));
+    terminal.Type(CtrlC);
+    EXPECT_EQ(terminal.Finish(), 3);
+    EXPECT_TRUE(Has(terminal, "*** TEST SUITE WAS ABORTED BY USER ***"));
+    EXPECT_FALSE(Has(terminal, "The light is"));
+    EXPECT_FALSE(Has(terminal, "was not answered"));
+    EXPECT_FALSE(Has(terminal, "Number [4]"));
+}
+
+TEST_F(OperatorRunTest, TheEndOfInputIsNoAnswerAndAborts) {
+    Pty terminal = At("asking");
+    ASSERT_TRUE(terminal.WaitFor("1 Yes, 2 No> "));
+    terminal.Type(CtrlD);
+    EXPECT_EQ(terminal.Finish(), 3);
+    EXPECT_TRUE(
+        Has(terminal, "The question \"Is the light on?\" was not answered: the input has ended."));
+}
+
+TEST_F(OperatorRunTest, AnEntryStandsAboveTheQuestionThatWaits) {
+    Pty terminal = At("asking");
+    ASSERT_TRUE(terminal.WaitFor("1 Yes, 2 No> "));
+    terminal.Type("2\r");
+    ASSERT_TRUE(terminal.WaitFor("an entry meanwhile\r\nText> "));
+    terminal.Type("N\r");
+    EXPECT_EQ(terminal.Finish(), 0);
+    EXPECT_TRUE(Has(terminal, "Text> \r\x1b[Jan entry meanwhile\nText> "));
+    EXPECT_TRUE(Has(terminal, "the name is \"N\""));
+}
+
+TEST_F(OperatorRunTest, TheTerminalIsGivenBackAsItWas) {
+    Pty terminal(
+        "/bin/sh", {"-c", "\"$0\" --suite \"$1\"; stty -a", Program(), Suite("asking")}, {});
+    ASSERT_TRUE(terminal.WaitFor("1 Yes, 2 No> "));
+    terminal.Type("1\r");
+    ASSERT_TRUE(terminal.WaitFor("Text> "));
+    terminal.Type("N\r");
+    ASSERT_TRUE(terminal.WaitFor("speed"));
+    EXPECT_EQ(terminal.Finish(), 0);
+    EXPECT_TRUE(Has(terminal, " icanon"));
+    EXPECT_FALSE(Has(terminal, "-icanon"));
+    EXPECT_FALSE(Has(terminal, "-echo "));
+}
+
+} // namespace
