@@ -6,6 +6,7 @@
 #include <string>
 #include <type_traits>
 
+#include "log/QNHelper.h"
 #include "platform/Synchronization.h"
 #include "settings/CDUTInfo.h"
 #include "settings/CIniArgs.h"
@@ -131,4 +132,9 @@ CTestLog * CAppState::CurrentTestLog() {
 void CAppState::SetHelper(QNHelper * const helper) {
     CLockScope const lock(m_HelperLock);
     m_sTheApp->m_Helper = helper;
+}
+
+void CAppState::ExitQuillon() {
+    CLockScope const lock(m_HelperLock);
+    if (m_sTheApp->m_Helper != nullptr) m_sTheApp->m_Helper->CancelTestSuite();
 }
