@@ -95,8 +95,7 @@ TEST_STATUS QNHelper::TranslateTestStatus(TS_STATUS code) {
 TEST_STATUS QNHelper::ValidatePointers() const {
     if (m_Log == nullptr) return TEST_STATUS_ABORT;
     if (m_UserInput != nullptr) return TEST_STATUS_SUCCESS;
-    m_Log->Write(
-        TEST_STATUS_ABORT, Minimal, nullptr, "Internal Error: NULL User Input module.");
+    m_Log->Write(TEST_STATUS_ABORT, Minimal, nullptr, "Internal Error: NULL User Input module.");
     return TEST_STATUS_ABORT;
 }
 

@@ -1,9 +1,10 @@
-// The base of objects that run tests for a suite: a log and a prompt object, and what they do together.
+// The base of objects that run tests for a suite: a log and a prompt object, and what they do
+// together.
 //
 // Both are borrowed and may be null; they are used on the test's thread. The last helper that was
-// made or given a log or a prompt object is the current one, which the host's CAppState::ExitQuillon
-// reaches. Only becoming the current helper takes a lock, and that lock is held while CancelTestSuite
-// runs. CAppState must stand whenever a helper becomes the current one.
+// made or given a log or a prompt object is the current one, which the host's
+// CAppState::ExitQuillon reaches. Only becoming the current helper takes a lock, and that lock is
+// held while CancelTestSuite runs. CAppState must stand whenever a helper becomes the current one.
 #pragma once
 
 #include <cstddef>
@@ -104,8 +105,8 @@ public:
     static void BytesToCode(std::string & out, void const * bytes, std::size_t size, bool append);
 
     // Writes each byte in a format (null: "%02x") with a separator (null: " ") in front of it,
-    // unless `out` is empty at that moment. Without `append` `out` is emptied first, also when there
-    // are no bytes. Format and separator are one printf-style text and must not lie in `out`.
+    // unless `out` is empty at that moment. Without `append` `out` is emptied first, also when
+    // there are no bytes. Format and separator are one printf-style text and must not lie in `out`.
     static void BytesToString(
         std::string & out, void const * bytes, std::size_t size, char const * format,
         char const * separator, bool append);

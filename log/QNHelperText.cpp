@@ -33,24 +33,22 @@ constexpr DigitTable UpperDigits = MakeDigits("0123456789ABCDEF");
 constexpr std::string_view LowerDirective = "%02x";
 constexpr std::string_view UpperDirective = "%02X";
 
-// What is written for one byte: the text, with the digits in the place of the two behind `digitsAt`.
+// What is written for one byte: the text, with the digits in the place of the two behind
+// `digitsAt`.
 struct Unit {
     std::string_view text;
     std::size_t digitsAt;
     char const * digits;
 
     // The unit without what stands in front of `count` characters.
-    Unit Behind(std::size_t count) const {
-        return {text.substr(count), digitsAt - count, digits};
-    }
+    Unit Behind(std::size_t count) const { return {text.substr(count), digitsAt - count, digits}; }
 };
 
 // Units of up to so many characters are written at this length and overlap the next.
 constexpr std::size_t Stride = 8;
 
 template <std::size_t Fixed>
-char * WriteUnits(
-    char * to, Unit const & unit, unsigned char const * bytes, std::size_t count) {
+char * WriteUnits(char * to, Unit const & unit, unsigned char const * bytes, std::size_t count) {
     std::size_t const size = Fixed != 0 ? Fixed : unit.text.size();
     char text[Stride] = {};
     if constexpr (Fixed != 0) std::memcpy(text, unit.text.data(), Fixed);
@@ -118,8 +116,7 @@ void * QNHelper::AllocateMemory(std::size_t size) {
 
 void QNHelper::ReleaseMemory(void * memory) { CMemWrapper::ReleaseMemory(memory); }
 
-void QNHelper::BytesToString(
-    std::string & out, void const * bytes, std::size_t size, bool append) {
+void QNHelper::BytesToString(std::string & out, void const * bytes, std::size_t size, bool append) {
     BytesToString(out, bytes, size, nullptr, nullptr, append);
 }
 

@@ -6,8 +6,8 @@
 
 class MORVEX_API CDevManager {
 public:
-    // Hands all three to SetupDiGetClassDevsA as they are. `flags` are DIGCF_ values; the class sets
-    // none of its own. Failure shows as INVALID_HANDLE_VALUE.
+    // Hands all three to SetupDiGetClassDevsA as they are. `flags` are DIGCF_ values; the class
+    // sets none of its own. Failure shows as INVALID_HANDLE_VALUE.
     CDevManager(GUID const * classGuid, char const * enumerator, unsigned long flags);
     CDevManager(CDevManager const &) = delete;
     CDevManager & operator=(CDevManager const &) = delete;

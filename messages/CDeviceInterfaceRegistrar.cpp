@@ -23,7 +23,8 @@ CDeviceInterfaceRegistrar::CDeviceInterfaceRegistrar()
 CDeviceInterfaceRegistrar::CDeviceInterfaceRegistrar(GUID const & classGuid)
     : m_Notification(Register(classGuid, DEVICE_NOTIFY_WINDOW_HANDLE)) {}
 
-// Deliberate: the handle is shared. Pinned by CDeviceInterfaceRegistrarTest.AssignmentSharesTheHandle.
+// Deliberate: the handle is shared. Pinned by
+// CDeviceInterfaceRegistrarTest.AssignmentSharesTheHandle.
 CDeviceInterfaceRegistrar &
 CDeviceInterfaceRegistrar::operator=(CDeviceInterfaceRegistrar const & other) = default;
 

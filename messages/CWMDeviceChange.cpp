@@ -54,7 +54,8 @@ constexpr ClassName ClassNames[] = {
 constexpr std::uint32_t ShownAtMost = 100;
 
 // A dump begins behind the fixed fields but is as long as the whole record, and a record may be
-// shorter than its fixed fields. So the copy is followed by zeros, as many as may be read beyond it.
+// shorter than its fixed fields. So the copy is followed by zeros, as many as may be read beyond
+// it.
 constexpr std::size_t ReadBeyond = sizeof(DEV_BROADCAST_HANDLE) + ShownAtMost;
 
 template <std::size_t Count>
@@ -87,8 +88,7 @@ std::string NoteOf(GUID const & guid) {
     return "";
 }
 
-std::string
-GetDataDumpStr(char const * label, unsigned char const * data, std::uint32_t length) {
+std::string GetDataDumpStr(char const * label, unsigned char const * data, std::uint32_t length) {
     std::string const head =
         Format("      %s: %lu byte%s\n", label, length, length == 1 ? "" : "s");
     // Deliberate: the parenthesis stays open.
@@ -160,8 +160,7 @@ std::string DescribeCustomEvent(DEV_BROADCAST_HANDLE const & handle) {
 // Pinned by CWMDeviceChangeTextTest.HandlesShowTheirLow32Bits.
 std::string DescribeHandle(DEV_BROADCAST_HANDLE const & handle, std::uint64_t event) {
     std::string text =
-        Format(
-            "      Device Handle=%u\n", reinterpret_cast<std::uintptr_t>(handle.dbch_handle))
+        Format("      Device Handle=%u\n", reinterpret_cast<std::uintptr_t>(handle.dbch_handle))
         + Format(
             "      Device Notification Handle=0x%0*X\n", 16,
             reinterpret_cast<std::uintptr_t>(handle.dbch_hdevnotify));

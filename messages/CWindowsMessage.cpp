@@ -9,8 +9,8 @@
 
 namespace {
 
-CWindowsMessage * Construct(
-    HWND const window, unsigned int message, unsigned long long wParam, long long lParam) {
+CWindowsMessage *
+Construct(HWND const window, unsigned int message, unsigned long long wParam, long long lParam) {
     switch (message) {
     case WM_LBUTTONDOWN:
         return new CWMLButtonDown(window, message, wParam, lParam);

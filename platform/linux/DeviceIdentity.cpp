@@ -97,12 +97,13 @@ std::optional<DeviceIdentity> IdentifyUsb(udev_device * device) {
     if (std::sscanf(ids.c_str(), "%x/%x/%x", &vendor, &product, &release) != 3) {
         return std::nullopt;
     }
-    bool const isHub = Number(Property(device, "TYPE")) == HUB
-                       || IsRootHub(udev_device_get_sysname(device));
+    bool const isHub =
+        Number(Property(device, "TYPE")) == HUB || IsRootHub(udev_device_get_sysname(device));
     auto const kind = Print("USB\\VID_%04X&PID_%04X", vendor, product);
     auto const told = HasItsFiles(device) ? Attribute(device, "product") : std::string_view{};
     return DeviceIdentity{
-        isHub ? USB_HUB_CLASS : USB_DEVICE_CLASS, kind + "\\" + Instance(device),
+        isHub ? USB_HUB_CLASS : USB_DEVICE_CLASS,
+        kind + "\\" + Instance(device),
         {kind + Print("&REV_%04X", release), kind},
         Described(told, isHub ? "USB Hub" : "USB Device")};
 }
