@@ -76,9 +76,16 @@ std::string CheckView(std::string const & text) {
     return '"' + text + "\" is no view: give auto, console or formatted";
 }
 
+std::string CheckSetting(std::string const & text) {
+    auto const sign = text.find('=');
+    if (sign != std::string::npos && sign != 0) return {};
+    return '"' + text + "\" is no setting: give NAME=VALUE";
+}
+
 struct Raw {
     std::string suite;
     std::string recordings;
+    std::vector<std::string> settings;
     std::string log;
     std::string verbosity;
     std::string view;
@@ -95,6 +102,11 @@ void Describe(CLI::App & app, Raw & raw) {
         ->type_name("FILE");
     app.add_option("--recordings", raw.recordings, "Recorded devices that the suite reads")
         ->type_name("DIR");
+    app.add_option("--set", raw.settings, "A setting of the suite, as often as needed")
+        ->check(CheckSetting)
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+        ->type_name("NAME=VALUE");
     app.add_option("--log", raw.log, "A text file to append the log to")->type_name("FILE");
     app.add_option("--verbosity", raw.verbosity, "How much to log: " + LevelList() + "or 0 to 255")
         ->check(CheckLevel)
@@ -114,10 +126,17 @@ std::optional<std::string> IfGiven(CLI::App const & app, char const * option, st
     return value;
 }
 
+std::pair<std::string, std::string> SettingOf(std::string const & text) {
+    auto const sign = text.find('=');
+    return {text.substr(0, sign), text.substr(sign + 1)};
+}
+
 HostOptions OptionsOf(CLI::App const & app, Raw const & raw) {
     HostOptions options;
     options.suite = raw.suite;
     options.recordings = IfGiven(app, "--recordings", raw.recordings);
+    for (auto const & setting : raw.settings)
+        options.settings.push_back(SettingOf(setting));
     options.log = IfGiven(app, "--log", raw.log);
     options.verbosity = LevelOf(raw.verbosity).value_or(Normal);
     options.view = ViewOf(raw.view).value_or(LogView::Auto);

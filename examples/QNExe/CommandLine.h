@@ -5,6 +5,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -25,6 +26,9 @@ struct HostOptions {
 
     // Where the suite finds recorded devices, for suites that read them.
     std::optional<std::string> recordings;
+
+    // What the suite finds in section "Suite" besides, by name.
+    std::vector<std::pair<std::string, std::string>> settings;
 
     // The file that receives the log besides standard error.
     std::optional<std::string> log;

@@ -111,6 +111,8 @@ Host::Host(HostOptions const & options)
 void Host::FillState() {
     m_IniArgs.AddArg("Quillon", "ProgramName", ProgramName);
     if (m_Options.recordings) m_IniArgs.AddArg("Suite", "Recordings", *m_Options.recordings);
+    for (auto const & [name, value] : m_Options.settings)
+        m_IniArgs.AddArg("Suite", name, value);
     CAppState::SetIniArgs(m_IniArgs);
     CAppState::ApplicationName(ProgramName);
     CAppState::AppTitle(ProgramName);

@@ -4,7 +4,9 @@
 #include <stdexcept>
 #include <string>
 
+#include "app/CAppState.h"
 #include "examples/QNExe/view/FormattedView.h"
+#include "messages/CWindowsMessage.h"
 #include "output/COutputBuffer.h"
 #include "output/CUIUpdate.h"
 
@@ -67,6 +69,12 @@ void ShowTheRest() {
     Render();
 }
 
+// What the record says is only valid during this call, so the message takes it along. The library
+// drops it unless a test waits for it.
+void ForwardToTests(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    CAppState::PushWindowsMessage(ConstructWindowsMessageOnHeap(window, message, wParam, lParam));
+}
+
 void AskForAbort() {
     if (!abortsRefused) CUIUpdate::GetUIUpdate()->AbortFunction(true);
 }
@@ -111,6 +119,9 @@ LRESULT CALLBACK HostWindow::Receive(HWND window, UINT message, WPARAM wParam, L
     case RefuseAbortsMessage:
         abortsRefused = true;
         return 0;
+    case WM_DEVICECHANGE:
+        ForwardToTests(window, message, wParam, lParam);
+        return TRUE;
     case EndMessage:
         ShowTheRest();
         PostQuitMessage(0);

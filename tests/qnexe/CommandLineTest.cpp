@@ -48,6 +48,21 @@ TEST(CommandLineTest, SuiteAloneLeavesTheRestAtItsDefaults) {
     EXPECT_FALSE(options.onlyFailures);
 }
 
+TEST(CommandLineTest, SettingsOfTheSuiteAreKeptInTheirOrder) {
+    using Settings = std::vector<std::pair<std::string, std::string>>;
+    EXPECT_EQ(Options({"--suite", "s.so"}).settings, Settings{});
+    EXPECT_EQ(
+        Options({"--set", "A=1", "--suite", "s.so", "--set", "B=x=y z", "--set=C="}).settings,
+        (Settings{{"A", "1"}, {"B", "x=y z"}, {"C", ""}}));
+}
+
+TEST(CommandLineTest, SettingNeedsANameAndAValue) {
+    for (char const * const text : {"A", "=1", ""})
+        EXPECT_EQ(
+            Refusal({"--suite", "s.so", "--set", text}),
+            std::string("QNExe: --set: \"") + text + "\" is no setting: give NAME=VALUE.\n");
+}
+
 TEST(CommandLineTest, EachOptionSetsItsOwn) {
     HostOptions const options = Options(
         {"--only-failures", "--verbosity", "Low", "--log", "a b.log", "--recordings", "dir",

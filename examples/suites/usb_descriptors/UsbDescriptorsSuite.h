@@ -2,7 +2,9 @@
 //
 // Setting Recordings of section Suite names a folder of recordings. Without it the suite reads the
 // devices of this machine, where the system shows their descriptors as files; DevicesRoot of the
-// same section names another place of that form. Belongs to the test thread.
+// same section names another place of that form. With WaitForDevice, a number of seconds, the first
+// test waits for a device to be plugged in and checks that one; without Recordings it is the only
+// one. Belongs to the test thread.
 #pragma once
 
 #include <string>

@@ -77,6 +77,14 @@ void UsbTestbed::Unplug(std::string const & port) {
     m_Paths.erase(port);
 }
 
+void UsbTestbed::AddFile(
+    std::string const & port, std::string const & name, std::string const & bytes) {
+    std::vector<unsigned char> copy(bytes.begin(), bytes.end());
+    umockdev_testbed_set_attribute_binary(
+        m_Testbed, m_Paths.at(port).c_str(), name.c_str(), copy.data(),
+        static_cast<int>(copy.size()));
+}
+
 void UsbTestbed::UnplugRootHub() { Remove(m_RootHub); }
 
 void UsbTestbed::Announce(std::string const & port, std::string const & action) {

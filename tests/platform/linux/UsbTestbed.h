@@ -24,6 +24,9 @@ public:
         std::string const & port, Properties const & properties = {},
         Properties const & files = {});
 
+    // Gives a device that is plugged in a file of bytes.
+    void AddFile(std::string const & port, std::string const & name, std::string const & bytes);
+
     // Announces that it goes, and takes it away. A removal tells nothing but what it was plugged
     // in with.
     void Unplug(std::string const & port);
