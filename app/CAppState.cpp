@@ -7,6 +7,7 @@
 #include <type_traits>
 
 #include "app/Replace.h"
+#include "log/QNHelper.h"
 #include "platform/Synchronization.h"
 #include "settings/CDUTInfo.h"
 #include "settings/CIniArgs.h"
@@ -125,4 +126,9 @@ CTestLog * CAppState::CurrentTestLog() {
 void CAppState::SetHelper(QNHelper * const helper) {
     CLockScope const lock(m_HelperLock);
     m_sTheApp->m_Helper = helper;
+}
+
+void CAppState::ExitQuillon() {
+    CLockScope const lock(m_HelperLock);
+    if (m_sTheApp->m_Helper != nullptr) m_sTheApp->m_Helper->CancelTestSuite();
 }

@@ -5,11 +5,13 @@
 // instance without looking. Log, prompts, settings, helper and suite record are borrowed from
 // their owners; texts, device record and event belong to the instance.
 //
-// There is no lock but the one around the helper. Numbers and flags may be read on one thread
-// while another sets them; pointers and texts may not.
+// There is a lock around the helper and one around the queue of window messages, and no other.
+// Numbers and flags may be read on one thread while another sets them; pointers and texts may not.
 #pragma once
 
 #include <cstdint>
+#include <deque>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -25,6 +27,7 @@ class CMXUserInput;
 class CSafeString;
 class CTestLog;
 class CTestSuiteLog;
+class CWindowsMessage;
 class QNHelper;
 
 // The three enumerations have room for the host's own values: the library keeps them, and acts on
@@ -115,8 +118,8 @@ public:
     static void * MainWindowHandle() { return m_sTheApp->m_MainWindowHandle; }
     static void MainWindowHandle(void * window) { m_sTheApp->m_MainWindowHandle = window; }
 
-    // Signalled when a window message enters the queue; nothing here resets it. Lives as long as
-    // the instance.
+    // Signalled when a window message enters the queue, for the reader to wait on and to reset when
+    // it has drained the queue: nothing here resets it. Lives as long as the instance.
     static void * MessageFilterEvent() { return m_sTheApp->m_MessageFilterEvent; }
 
     // The held texts themselves; the three last are null until set. A setter replaces the object
@@ -176,8 +179,31 @@ public:
     static bool ReadDFPVifsFromRegistry();
     static bool WriteDFPVifsToRegistry();
 
-    // The helper that the operator's cancel request reaches; the one call that any thread may make.
+    // The helper that the operator's cancel request reaches. Any thread may call this.
     static void SetHelper(QNHelper * const helper);
+
+    // The host wants the run to end: calls the current helper's CancelTestSuite, if there is one,
+    // with the helper's lock held, which is given back when the call throws. Any thread.
+    static void ExitQuillon();
+
+    // The window message that a test waits for, 0 for none. Any thread may call these; a message
+    // in the queue outlives the instance.
+    //
+    // The code that PushWindowsMessage compares with.
+    static unsigned int MessageToFilter() { return m_sTheApp->m_MessageToFilter; }
+
+    // Destroys every queued message, also when the code stays the same, and sets the code. The
+    // event stays as it was.
+    static void SetMessageToFilter(unsigned int message);
+    static void ClearMessageToFilter() { SetMessageToFilter(0); }
+
+    // Queues the message and signals MessageFilterEvent when its code is the one to filter, which
+    // 0 can be as well; otherwise destroys it. It must not be empty.
+    static void
+    PushWindowsMessage(std::unique_ptr<CWindowsMessage, void (*)(CWindowsMessage *)> message);
+
+    // The oldest queued message; empty when there is none. A reader that wakes pops until then.
+    static std::unique_ptr<CWindowsMessage, void (*)(CWindowsMessage *)> PopWindowsMessage();
 
     static char const * const m_UFP_VIF_REG_VALUE_NAME;
     static char const * const m_DFP_VIFS_REG_KEY_NAME;
@@ -210,7 +236,7 @@ private:
     QNHelper * m_Helper = nullptr;
     std::string * m_ReportNamePart = nullptr;
     CTestSuiteLog * m_TestSuiteLog = nullptr;
-    std::uint32_t m_MessageToFilter = 0;
+    SharedValue<std::uint32_t> m_MessageToFilter = 0;
     void * m_MessageFilterEvent = nullptr;
     void * m_MainWindowHandle = nullptr;
     std::string * m_UFPVifName = nullptr;
@@ -221,4 +247,6 @@ private:
     static CAppState * m_sTheApp;
     static EApplicationFamily m_AppFamily;
     static CLockMgr m_HelperLock;
+    static CLockMgr m_MessageQueueLock;
+    static std::deque<std::unique_ptr<CWindowsMessage, void (*)(CWindowsMessage *)>> m_MessageQueue;
 };

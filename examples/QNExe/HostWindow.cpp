@@ -4,7 +4,9 @@
 #include <stdexcept>
 #include <string>
 
+#include "app/CAppState.h"
 #include "examples/QNExe/view/FormattedView.h"
+#include "messages/CWindowsMessage.h"
 #include "output/COutputBuffer.h"
 #include "output/CUIUpdate.h"
 #include "siblings/Promptline.h"
@@ -71,6 +73,12 @@ void Render() {
 void ShowTheRest() {
     if (shownIn == nullptr) return DropText();
     if (shownIn->TakeOver(false)) Render();
+}
+
+// What the record says is only valid during this call, so the message takes it along. The library
+// drops it unless a test waits for it.
+void ForwardToTests(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    CAppState::PushWindowsMessage(ConstructWindowsMessageOnHeap(window, message, wParam, lParam));
 }
 
 // The questions that wait are not answered any more.
@@ -142,6 +150,9 @@ LRESULT CALLBACK HostWindow::Receive(HWND window, UINT message, WPARAM wParam, L
     case RefuseAbortsMessage:
         abortsRefused = true;
         return 0;
+    case WM_DEVICECHANGE:
+        ForwardToTests(window, message, wParam, lParam);
+        return TRUE;
     case EndMessage:
         ShowTheRest();
         PostQuitMessage(0);

@@ -1,7 +1,8 @@
-// The host's window: what the library rings, and what turns Ctrl-C into the operator's abort.
+// The host's window: what the library rings, what turns Ctrl-C into the operator's abort, and what
+// hands device events to tests that wait for them.
 //
-// One a process. It belongs to the thread that made it, which serves it as long as the test thread
-// runs: a forced update of the library waits for it.
+// One a process, while CAppState stands. It belongs to the thread that made it, which serves it as
+// long as the test thread runs: a forced update of the library waits for it.
 #pragma once
 
 #include "examples/QNExe/HostLoop.h"

@@ -149,6 +149,19 @@ void MessageQueue::ServeSentMessages() {
     }
 }
 
+void MessageQueue::ServeSources() {
+    if (!m_HasSources) {
+        return;
+    }
+    // A copy: a procedure may register, withdraw and pump.
+    std::unique_lock lock(m_Mutex);
+    auto const sources = m_Sources;
+    lock.unlock();
+    for (auto const & source : sources) {
+        source->Serve();
+    }
+}
+
 SentMessage * MessageQueue::NextSentMessage() {
     std::scoped_lock const lock(m_Mutex);
     if (m_Sent.empty()) {
@@ -201,25 +214,63 @@ bool MessageQueue::Wait(MessageFilter const & filter) {
             return true;
         }
         // What the filter holds back must not end the wait; whatever comes sets the signal again.
-        m_Signal->Reset();
+        m_Wake->OfQueue().Reset();
     }
     return Deadline(INFINITE).Poll(&readable, 1);
 }
 
-int MessageQueue::Descriptor() {
-    std::scoped_lock const lock(m_Mutex);
+bool MessageQueue::IsAwake() {
     if (m_IsClosed) {
-        return -1;
+        return false;
     }
-    if (!m_Signal) {
-        m_Signal.emplace();
-        if (!m_Signal->IsOpen()) {
-            m_Signal.reset();
-            return -1;
+    if (!m_Wake) {
+        m_Wake.emplace();
+        if (!m_Wake->IsOpen()) {
+            m_Wake.reset();
+            return false;
         }
         ShowState();
     }
-    return m_Signal->Descriptor();
+    return true;
+}
+
+int MessageQueue::Descriptor() {
+    std::scoped_lock const lock(m_Mutex);
+    return IsAwake() ? m_Wake->Descriptor() : -1;
+}
+
+DWORD MessageQueue::Attach(std::shared_ptr<MessageSource> const & source) {
+    std::scoped_lock const lock(m_Mutex);
+    if (m_IsClosed || source->Target()->isGone) {
+        return ERROR_INVALID_PARAMETER;
+    }
+    m_Sources.push_back(source);
+    if (!IsAwake() || !m_Wake->Add(source->Descriptor())) {
+        m_Sources.pop_back();
+        return ERROR_NOT_ENOUGH_MEMORY;
+    }
+    m_HasSources = true;
+    return ERROR_SUCCESS;
+}
+
+void MessageQueue::Detach(MessageSource const & source) {
+    std::scoped_lock const lock(m_Mutex);
+    auto const isMeant = [&](auto const & other) { return other.get() == &source; };
+    if (std::erase_if(m_Sources, isMeant) != 0) {
+        m_Wake->Remove(source.Descriptor());
+    }
+    m_HasSources = !m_Sources.empty();
+}
+
+void MessageQueue::DetachAllOf(Window const & window) {
+    std::erase_if(m_Sources, [&](auto const & source) {
+        bool const isOfWindow = source->Target().get() == &window;
+        if (isOfWindow) {
+            m_Wake->Remove(source->Descriptor());
+        }
+        return isOfWindow;
+    });
+    m_HasSources = !m_Sources.empty();
 }
 
 void MessageQueue::Own(Window const & window) { m_Windows.push_back(window.handle); }
@@ -233,6 +284,7 @@ void MessageQueue::Disown(Window & window) {
         window.isGone = true;
         std::erase_if(m_Posted, [&](MSG const & posted) { return posted.hwnd == window.handle; });
         unanswered = ExtractSentTo(window);
+        DetachAllOf(window);
         ShowState();
     }
     LetGo(unanswered);
@@ -261,12 +313,12 @@ std::vector<SentMessage *> MessageQueue::ExtractSentTo(Window const & window) {
 }
 
 void MessageQueue::ShowState() {
-    if (!m_Signal) {
+    if (!m_Wake) {
         return;
     }
     if (m_Sent.empty() && m_Posted.empty() && !m_QuitCode) {
-        m_Signal->Reset();
+        m_Wake->OfQueue().Reset();
     } else {
-        m_Signal->Set();
+        m_Wake->OfQueue().Set();
     }
 }

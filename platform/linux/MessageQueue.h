@@ -5,15 +5,17 @@
 // held while a window's procedure runs.
 #pragma once
 
+#include <atomic>
 #include <condition_variable>
 #include <deque>
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "platform/Messaging.h"
-#include "platform/linux/Signal.h"
+#include "platform/linux/WakeSet.h"
 
 class MessageQueue;
 
@@ -52,6 +54,27 @@ struct MessageFilter {
     bool Admits(MSG const & message) const;
 };
 
+// Sends messages of its own to one window whenever its descriptor is readable. It stays in force
+// until it is detached or its window goes.
+class MessageSource {
+public:
+    explicit MessageSource(std::shared_ptr<Window> target) : m_Target(std::move(target)) {}
+    MessageSource(MessageSource const &) = delete;
+    MessageSource & operator=(MessageSource const &) = delete;
+    virtual ~MessageSource() = default;
+
+    std::shared_ptr<Window> const & Target() const { return m_Target; }
+
+    virtual int Descriptor() const = 0;
+
+    // On the thread of the window, without a lock. Calls its procedure for everything that has
+    // come; never waits.
+    virtual void Serve() = 0;
+
+private:
+    std::shared_ptr<Window> const m_Target;
+};
+
 class MessageQueue : public std::enable_shared_from_this<MessageQueue> {
 public:
     MessageQueue() = default;
@@ -71,12 +94,17 @@ public:
     // Any thread. Closes a message that this queue's thread has sent; the last touch of it.
     void Answer(SentMessage & sent, std::optional<LRESULT> result);
 
+    // Any thread. ERROR_SUCCESS or why not: the window is gone, or no descriptor could be had.
+    DWORD Attach(std::shared_ptr<MessageSource> const & source);
+    void Detach(MessageSource const & source);
+
     // What follows is for the owner's thread alone.
 
     // Serves the messages sent to this thread until `sent`, which was delivered to another, is
     // closed.
     void Await(SentMessage const & sent);
     void ServeSentMessages();
+    void ServeSources();
 
     // Whether the procedure that runs now was called for a message of another thread.
     bool IsServingSent() const { return m_ServingSent; }
@@ -87,7 +115,8 @@ public:
     // Blocks until there is something to serve or to take. False: no descriptor could be had.
     bool Wait(MessageFilter const & filter);
 
-    // Readable while a message waits; made at the first call. -1: no descriptor could be had.
+    // Readable while a message waits; made at the first call, and the same from then on. -1: no
+    // descriptor could be had. Any thread.
     int Descriptor();
 
     // Keeps the window's handle, to end it with the thread.
@@ -108,15 +137,20 @@ private:
     // With the lock held.
     Posted::iterator FindPosted(MessageFilter const & filter);
     std::vector<SentMessage *> ExtractSentTo(Window const & window);
+    bool IsAwake();
+    void DetachAllOf(Window const & window);
     void ShowState();
 
-    // An eventfd instead of a condition variable, so that a host can wait for it among others.
-    std::optional<Signal> m_Signal;
+    // Descriptors instead of a condition variable, so that a host can wait for them among others.
+    std::optional<WakeSet> m_Wake;
 
     std::mutex m_Mutex;
     std::condition_variable m_SentOrClosed;
     std::deque<SentMessage *> m_Sent;
     Posted m_Posted;
+    std::vector<std::shared_ptr<MessageSource>> m_Sources;
+    // Beside m_Sources, so that a pump without any needs no lock to know.
+    std::atomic<bool> m_HasSources = false;
     std::optional<int> m_QuitCode;
     bool m_IsClosed = false;
 

@@ -95,6 +95,7 @@ BOOL GetMessageA(MSG * message, HWND window, UINT first, UINT last) {
 BOOL PeekMessageA(MSG * message, HWND window, UINT first, UINT last, UINT remove) {
     auto const queue = MessageQueue::OfThisThread();
     queue->ServeSentMessages();
+    queue->ServeSources();
     if (!IsFilterable(window)) {
         return FALSE;
     }

@@ -190,9 +190,15 @@ TS_STATUS FakePrompt::DisplayInfoToUser(
     WINDOW_ARGS * args) {
     m_Journal.Add(
         "prompt " + Quoted(*text) + ' ' + std::to_string(timeout) + (flag ? " true" : " false")
-        + ShownPointer(event) + ShownPointer(button) + ShownPointer(args));
+        + ShownPointer(event) + (button != nullptr ? ' ' + Quoted(*button) : " null")
+        + ShownPointer(args));
     if (m_OnPrompt) m_OnPrompt();
     return m_Answer;
+}
+
+TS_STATUS FakePrompt::TerminateDialog() {
+    m_Journal.Add("terminate dialog");
+    return TS_SUCCESS;
 }
 
 std::string LogTest::CountsOf(CTestLog const & record) {

@@ -8,6 +8,7 @@
 //   buffer <look>                     a change of the look there
 //   update                            the forced message to the host's window
 //   sleep <milliseconds>
+//   terminate dialog
 //   prompt "<text>" <timeout> ...     the operator's prompt
 //   <fact> <value>                    a fact of the log or of its record that has changed: word,
 //                                     active, started, stopped, record name, failures, aborts,
@@ -158,7 +159,7 @@ private:
     Journal & m_Journal;
 };
 
-// The operator's prompt; only the one that the log uses answers.
+// The operator's prompt; only those that the log and the helper use answer.
 class FakePrompt : public CMXUserInput {
 public:
     explicit FakePrompt(Journal & journal) : m_Journal(journal) {}
@@ -220,13 +221,14 @@ public:
         WINDOW_ARGS *) override {
         return Unexpected();
     }
-    TS_STATUS TerminateDialog() override { return Unexpected(); }
+    TS_STATUS TerminateDialog() override;
 
     using CMXUserInput::GetBooleanDecision;
     using CMXUserInput::GetInteger;
     using CMXUserInput::GetMultipleSelectionsFromList;
     using CMXUserInput::GetSelectionFromList;
     using CMXUserInput::GetSelectionFromListAllowAbort;
+    using CMXUserInput::m_Log;
 
 protected:
     TS_STATUS CreateHelperDialog(CHelperDialogState * const) override { return Unexpected(); }

@@ -12,6 +12,9 @@ MORVEX_WRAP_API(
 MORVEX_WRAP_API(
     BOOL, PostMessageA, (HWND window, UINT message, WPARAM wParam, LPARAM lParam),
     (window, message, wParam, lParam))
+MORVEX_WRAP_API(
+    int, MessageBoxA, (HWND owner, char const * text, char const * title, UINT style),
+    (owner, text, title, style))
 MORVEX_WRAP_API(void, Sleep, (DWORD milliseconds), (milliseconds))
 MORVEX_WRAP_API(void, EnterCriticalSection, (CRITICAL_SECTION * section), (section))
 MORVEX_WRAP_API(void, LeaveCriticalSection, (CRITICAL_SECTION * section), (section))

@@ -8,6 +8,9 @@
 
 #include <gtest/gtest.h>
 
+#include "messages/CMessageFilterSetter.h"
+#include "messages/CWindowsMessage.h"
+#include "platform/Synchronization.h"
 #include "qnexe/LibraryState.h"
 
 namespace {
@@ -81,6 +84,33 @@ TEST_F(HostWindowTest, OtherMessagesAreLeftToTheSystem) {
     LRESULT answer = -1;
     ServeDuring([&] { answer = SendMessageA(m_Window.Handle(), WM_APP + 100, 1, 2); });
     EXPECT_EQ(answer, 0);
+}
+
+TEST_F(HostWindowTest, DeviceEventReachesTheTestThatWaitsForIt) {
+    // A port named COM3.
+    unsigned char record[] = {17, 0, 0, 0, 3, 0, 0, 0, 0, 0, 0, 0, 'C', 'O', 'M', '3', 0};
+    auto const announce = [&] {
+        return SendMessageA(
+            m_Window.Handle(), WM_DEVICECHANGE, 0x8000, reinterpret_cast<LPARAM>(record));
+    };
+    std::string details;
+    ServeDuring([&] {
+        EXPECT_EQ(announce(), TRUE);
+        EXPECT_EQ(CAppState::PopWindowsMessage(), nullptr);
+        CMessageFilterSetter const filter(WM_DEVICECHANGE);
+        EXPECT_EQ(announce(), TRUE);
+        record[12] = 'X';
+        EXPECT_EQ(
+            WaitForSingleObject(CAppState::MessageFilterEvent(), INFINITE), DWORD{WAIT_OBJECT_0});
+        auto const message = CAppState::PopWindowsMessage();
+        ASSERT_NE(message, nullptr);
+        EXPECT_EQ(message->HWnd(), m_Window.Handle());
+        details = message->GetDetailsStr().get();
+    });
+    EXPECT_EQ(
+        details, "  Event: DBT_DEVICEARRIVAL\n"
+                 "    Device event struct length=17, type=DBT_DEVTYP_PORT\n"
+                 "    Name=COM3\n");
 }
 
 TEST_F(HostWindowTest, SecondWindowIsRefused) {

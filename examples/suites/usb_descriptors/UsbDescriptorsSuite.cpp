@@ -4,11 +4,13 @@
 #include <algorithm>
 #include <map>
 #include <memory>
+#include <optional>
 #include <span>
 #include <stdexcept>
 #include <tuple>
 #include <utility>
 
+#include "DeviceWait.h"
 #include "OperatorTests.h"
 #include "RecordingFiles.h"
 #include "Rules.h"
@@ -45,12 +47,16 @@ bool IsInteractive() {
     return CAppState::GetIniArgs().GetArg("Suite", "Interactive", isInteractive) && isInteractive;
 }
 
+// Where the system keeps the descriptors of its devices; empty where it does not show them.
+std::string DevicesRoot() {
+    auto const * const root = FindSetting("DevicesRoot");
+    return root != nullptr ? *root : USB_DESCRIPTORS_DEVICES_ROOT;
+}
+
 std::vector<usb::RecordingFile> ReadInput() {
     if (auto const * const folder = FindSetting("Recordings"))
         return usb::ReadRecordings(usb::PathOf(*folder));
-    auto const * const root = FindSetting("DevicesRoot");
-    // Where the system keeps the descriptors of its devices; empty where it does not show them.
-    std::string const devices = root != nullptr ? *root : USB_DESCRIPTORS_DEVICES_ROOT;
+    std::string const devices = DevicesRoot();
     if (devices.empty())
         throw std::runtime_error(
             "There is nothing to test: this system does not show its devices' descriptors as "
@@ -129,15 +135,77 @@ void AddTests(
     }
 }
 
+bool IsOf(Subject const & subject, usb::Arrival const & arrival) {
+    if (!subject.parsed.device) return false;
+    auto const & descriptor = subject.parsed.device->descriptor;
+    return descriptor.Get(usb::device::idVendor) == arrival.vendor
+           && descriptor.Get(usb::device::idProduct) == arrival.product;
+}
+
+TEST_STATUS TestAll(CMXLog & log, SharedSubject const & subject) {
+    std::vector<TestCase> tests;
+    AddTests(tests, subject, subject->file.name);
+    for (auto const & test : tests)
+        test.run(log);
+    return log.TestStatus();
+}
+
+// Every device with the ids of the one that came: two of a kind are not told apart.
+TEST_STATUS TestArrival(CMXLog & log, usb::Arrival const & arrival) {
+    std::string const root = DevicesRoot();
+    if (root.empty()) {
+        log.Write(TEST_STATUS_INFO, "This system does not show its devices' descriptors as files.");
+        return log.TestStatus();
+    }
+    std::uint32_t tested = 0;
+    for (auto & file : usb::ReadMachineDevices(usb::PathOf(root))) {
+        auto const subject = std::make_shared<Subject const>(std::move(file));
+        if (!IsOf(*subject, arrival)) continue;
+        log.Write(TEST_STATUS_INFO, "Checking the descriptors of %s", subject->file.name);
+        TestAll(log, subject);
+        ++tested;
+    }
+    if (tested == 0)
+        log.Write(TEST_STATUS_ABORT, "The device that came does not show its descriptors.");
+    return log.TestStatus();
+}
+
+TEST_STATUS TestNextDevice(CMXLog & log, std::uint32_t seconds) {
+    auto const arrival = usb::WaitForDevice(log, seconds);
+    return arrival ? TestArrival(log, *arrival) : log.TestStatus();
+}
+
+// No value: the run is not to wait.
+std::optional<std::uint32_t> SecondsToWait() {
+    std::uint32_t seconds = 0;
+    if (FindSetting("WaitForDevice") == nullptr) return std::nullopt;
+    if (!CAppState::GetIniArgs().GetArg("Suite", "WaitForDevice", seconds) || seconds > 86400)
+        throw std::runtime_error(
+            "WaitForDevice of section Suite is no number of seconds: give one up to 86400.");
+    return seconds;
+}
+
+void AddWait(std::vector<TestCase> & tests, std::uint32_t seconds) {
+    tests.push_back({"Wait for a device", true, [seconds](CMXLog & log) {
+                         return TestNextDevice(log, seconds);
+                     }});
+}
+
 } // namespace
 
 std::vector<TestCase> UsbDescriptorsSuite::Tests() {
+    std::vector<TestCase> tests;
+    if (auto const seconds = SecondsToWait()) {
+        AddWait(tests, *seconds);
+        if (FindSetting("Recordings") == nullptr) return tests;
+    }
     std::vector<SharedSubject> subjects;
     for (auto & file : ReadInput())
         subjects.push_back(std::make_shared<Subject const>(std::move(file)));
     auto const names = NamesOf(subjects);
-    std::vector<TestCase> tests;
-    if (IsInteractive()) tests = OperatorTests();
+    if (IsInteractive())
+        for (auto & test : OperatorTests())
+            tests.push_back(std::move(test));
     for (std::size_t i = 0; i < subjects.size(); ++i)
         AddTests(tests, subjects[i], names[i]);
     return tests;

@@ -2,8 +2,10 @@
 //
 // Setting Recordings of section Suite names a folder of recordings. Without it the suite reads the
 // devices of this machine, where the system shows their descriptors as files; DevicesRoot of the
-// same section names another place of that form. With Interactive, true, it first asks the operator
-// one question of each kind. Belongs to the test thread.
+// same section names another place of that form. With WaitForDevice, a number of seconds, the first
+// test waits for a device to be plugged in and checks that one; without Recordings it is the only
+// one. With Interactive, true, the operator is asked one question of each kind. Belongs to the test
+// thread.
 #pragma once
 
 #include <string>
