@@ -65,8 +65,7 @@ template <typename Wanted, typename Interface>
 ComPtr<Wanted> QueryFor(ComPtr<Interface> const & object) {
     ComPtr<Wanted> wanted;
     if (!object) return wanted;
-    HRESULT const result =
-        object->QueryInterface(InterfaceId<Wanted>, wanted.ReceiveUntyped());
+    HRESULT const result = object->QueryInterface(InterfaceId<Wanted>, wanted.ReceiveUntyped());
     if (SUCCEEDED(result)) return wanted;
     wanted.Detach();
     if (result != E_NOINTERFACE) throw _com_error(result);

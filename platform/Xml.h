@@ -102,8 +102,8 @@ protected:
 };
 
 struct IXMLDOMSchemaCollection : IDispatch {
-    // Binds the schema in a file, named by a text, to its target namespace (empty: none) in place of
-    // an earlier one. A file with its includes and imports is compiled once in the process, and
+    // Binds the schema in a file, named by a text, to its target namespace (empty: none) in place
+    // of an earlier one. A file with its includes and imports is compiled once in the process, and
     // again when one of them has changed. E_FAIL when the file cannot be read, is no schema or has
     // another target namespace, with an error object that says what and where; E_NOTIMPL for a
     // second namespace.
@@ -121,8 +121,9 @@ protected:
 struct IXMLDOMDocument : IDispatch {
     // The root; S_FALSE and null while nothing is loaded.
     virtual HRESULT get_documentElement(IXMLDOMElement ** element) = 0;
-    // Loads the file that a text names, with `\` and `/` alike, in place of what was loaded. S_FALSE
-    // and VARIANT_FALSE when it is refused: the document is then empty, and parseError says why.
+    // Loads the file that a text names, with `\` and `/` alike, in place of what was loaded.
+    // S_FALSE and VARIANT_FALSE when it is refused: the document is then empty, and parseError says
+    // why.
     virtual HRESULT load(VARIANT source, VARIANT_BOOL * isSuccessful) = 0;
     // What the last load has met, never null.
     virtual HRESULT get_parseError(IXMLDOMParseError ** error) = 0;

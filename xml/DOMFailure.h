@@ -11,8 +11,7 @@ template <typename... Values>
 [[noreturn]] void ThrowQNDOMDoc(char const * format, Values const &... values) {
     if (format == nullptr || *format == '\0') throw CQNDOMDocException();
     CSimpleBuffer buffer;
-    throw CQNDOMDocException(
-        FormatText(nullptr, &buffer, FormatPadding{0, 0}, format, values...));
+    throw CQNDOMDocException(FormatText(nullptr, &buffer, FormatPadding{0, 0}, format, values...));
 }
 
 // The number fills both fields of such a text: "... (status=0x%08X (%lu))".

@@ -43,7 +43,8 @@ public:
     }
 
     HRESULT put_async(VARIANT_BOOL isAsync) override {
-        return isAsync == VARIANT_FALSE ? S_OK : FailWith(E_NOTIMPL, "A load is never in progress.");
+        return isAsync == VARIANT_FALSE ? S_OK
+                                        : FailWith(E_NOTIMPL, "A load is never in progress.");
     }
 
     HRESULT put_validateOnParse(VARIANT_BOOL isValidating) override {

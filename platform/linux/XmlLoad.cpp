@@ -115,9 +115,8 @@ void Loading::OnStart(
         }
         bool const isMixed = namespaceCount != 0 && attributeCount != 0;
         return loading.m_Builder->StartElement(
-            loading.m_Parser->dict,
-            {name, prefix, namespaceCount, namespaces, attributeCount, attributes,
-             isMixed ? loading.Tag() : std::string_view()});
+            loading.m_Parser->dict, {name, prefix, namespaceCount, namespaces, attributeCount,
+                                     attributes, isMixed ? loading.Tag() : std::string_view()});
     });
 }
 
@@ -156,7 +155,9 @@ void Loading::OnDoctype(void * self, xmlChar const *, xmlChar const *, xmlChar c
 }
 
 void Loading::OnError(void *, xmlErrorPtr error) {
-    if (error->level >= XML_ERR_ERROR && error->ctxt != nullptr)
+    // A namespace may be any text.
+    bool const matters = error->level >= XML_ERR_ERROR && error->code != XML_WAR_NS_URI;
+    if (matters && error->ctxt != nullptr)
         Of(error->ctxt).Refuse(CodeOfXmlError(error->code), error->message);
 }
 
@@ -164,7 +165,8 @@ int Loading::OnRead(void * self, char * buffer, int size) {
     auto & loading = *static_cast<Loading *>(self);
     if (loading.m_Failure) return 0;
     int const count = loading.m_File.Read(buffer, size);
-    if (count == -1) loading.Refuse(loading.m_File.Failure(), "The file cannot be read to its end.");
+    if (count == -1)
+        loading.Refuse(loading.m_File.Failure(), "The file cannot be read to its end.");
     return count;
 }
 
@@ -184,8 +186,8 @@ xmlSAXHandler Loading::Handler() {
 
 void Loading::MakeParser() {
     xmlSAXHandler handler = Handler();
-    m_Parser.reset(xmlCreateIOParserCtxt(
-        &handler, this, OnRead, OnClose, this, XML_CHAR_ENCODING_NONE));
+    m_Parser.reset(
+        xmlCreateIOParserCtxt(&handler, this, OnRead, OnClose, this, XML_CHAR_ENCODING_NONE));
     if (!m_Parser) throw std::bad_alloc();
     m_Parser->_private = this;
     xmlCtxtUseOptions(m_Parser.get(), XML_PARSE_NOENT | XML_PARSE_NONET);
@@ -199,9 +201,8 @@ XmlLoad Loading::Run(std::shared_ptr<XmlSchema const> const & schema) {
     {
         std::optional<XmlValidation> validation;
         if (schema) {
-            validation.emplace(schema, [this](char const * message) {
-                Refuse(E_XML_INVALID, message);
-            });
+            validation.emplace(
+                schema, [this](char const * message) { Refuse(E_XML_INVALID, message); });
             validation->Attach(m_Parser.get());
         }
         m_Parser->sax->serror = OnError;

@@ -9,6 +9,7 @@
 #include <map>
 #include <mutex>
 #include <new>
+#include <system_error>
 
 #include <libxml/parser.h>
 #include <libxml/parserInternals.h>
@@ -46,8 +47,8 @@ std::string UriOf(std::string const & path) {
 std::string PathOfUri(std::string const & uri) {
     if (uri.starts_with("/")) return uri;
     if (!uri.starts_with(FileScheme)) return {};
-    XmlText const plain(reinterpret_cast<xmlChar *>(xmlURIUnescapeString(
-        uri.c_str() + sizeof FileScheme - 1, 0, nullptr)));
+    XmlText const plain(reinterpret_cast<xmlChar *>(
+        xmlURIUnescapeString(uri.c_str() + sizeof FileScheme - 1, 0, nullptr)));
     if (!plain) throw std::bad_alloc();
     return NativePath(AsChars(plain.get()));
 }
@@ -66,8 +67,10 @@ public:
 
 private:
     static void OnError(void * self, xmlErrorPtr error);
-    static void OnDoctype(
-        void * parser, xmlChar const *, xmlChar const * externalId, xmlChar const * systemId);
+    // Of the parser, which is not made here and does not know us.
+    static void OnParserError(void *, xmlErrorPtr error) { OnError(s_Current, error); }
+    static void
+    OnDoctype(void * parser, xmlChar const *, xmlChar const * externalId, xmlChar const * systemId);
     static int OnRead(void * file, char * buffer, int size);
     static int OnClose(void * file);
 
@@ -172,6 +175,7 @@ Compilation::Open(std::string const & path, char const * uri, xmlParserCtxtPtr p
         return nullptr;
     }
     parser->sax->internalSubset = OnDoctype;
+    parser->sax->serror = OnParserError;
     auto * const buffer =
         xmlParserInputBufferCreateIO(OnRead, OnClose, file.get(), XML_CHAR_ENCODING_NONE);
     if (buffer == nullptr) throw std::bad_alloc();
@@ -227,9 +231,8 @@ private:
     void DropOldest() {
         std::erase_if(m_Schemas, [](auto const & entry) { return !entry.second.schema; });
         if (m_Schemas.size() <= MaximumKept) return;
-        m_Schemas.erase(std::ranges::min_element(m_Schemas, {}, [](auto const & entry) {
-            return entry.second.used;
-        }));
+        m_Schemas.erase(std::ranges::min_element(
+            m_Schemas, {}, [](auto const & entry) { return entry.second.used; }));
     }
 
     std::mutex m_Mutex;
@@ -260,5 +263,9 @@ std::shared_ptr<XmlSchema const> SchemaIn(std::string const & path, XmlFailure &
     // Never destroyed: a schema may be asked for while the process ends.
     static Store & store = *new Store;
     xmlInitParser();
-    return store.Get(std::filesystem::absolute(path).native(), failure);
+    std::error_code error;
+    auto const whole = std::filesystem::absolute(path, error);
+    if (!error) return store.Get(whole.native(), failure);
+    failure = {xml_error::FileNotFound, "The file does not exist.", path, 0, 0};
+    return nullptr;
 }

@@ -15,22 +15,21 @@ namespace {
 constexpr IID OwnCache = {
     0x5D0B1A52, 0x6C53, 0x4E0A, {0x9B, 0x3B, 0x61, 0x0E, 0x8C, 0x2C, 0x4D, 0x17}};
 
-class SchemaCache
-    : public ComObject<IXMLDOMSchemaCollection2, IXMLDOMSchemaCollection, IDispatch> {
+class SchemaCache : public ComObject<IXMLDOMSchemaCollection2, IXMLDOMSchemaCollection, IDispatch> {
 public:
     HRESULT add(BSTR namespaceUri, VARIANT location) override {
         if (location.vt != VT_BSTR || location.bstrVal == nullptr)
             return FailWith(E_INVALIDARG, "A schema is added by the name of its file.");
-        return AsMethod([&] {
-            return Add(Narrow(namespaceUri), NativePath(Narrow(location.bstrVal)));
-        });
+        return AsMethod(
+            [&] { return Add(Narrow(namespaceUri), NativePath(Narrow(location.bstrVal))); });
     }
 
     std::shared_ptr<XmlSchema const> const & Schema() const { return m_Schema; }
 
 protected:
     void * QueryOther(IID const & id) override {
-        if (id == InterfaceId<ISupportErrorInfo>) return static_cast<ISupportErrorInfo *>(&m_Source);
+        if (id == InterfaceId<ISupportErrorInfo>)
+            return static_cast<ISupportErrorInfo *>(&m_Source);
         return id == OwnCache ? this : nullptr;
     }
 
@@ -51,8 +50,7 @@ private:
     }
 
     static HRESULT Refuse(XmlFailure const & failure) {
-        return FailWith(
-            failure.code == E_OUTOFMEMORY ? E_OUTOFMEMORY : E_FAIL, Sentence(failure));
+        return FailWith(failure.code == E_OUTOFMEMORY ? E_OUTOFMEMORY : E_FAIL, Sentence(failure));
     }
 
     std::shared_ptr<XmlSchema const> m_Schema;

@@ -98,8 +98,9 @@ private:
             auto const & [its, local] = names[i];
             auto const * const value = AsXml(values[i].data());
             fields.insert(
-                fields.end(), {AsXml(local.c_str()), OrNull(its),
-                               its.empty() ? nullptr : UriOf(its), value, value + values[i].size()});
+                fields.end(),
+                {AsXml(local.c_str()), OrNull(its), its.empty() ? nullptr : UriOf(its), value,
+                 value + values[i].size()});
         }
         m_Handler.startElementNs(
             m_Data, AsXml(name.c_str()), OrNull(prefix), UriOf(prefix),
