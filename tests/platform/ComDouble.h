@@ -6,8 +6,8 @@
 
 #include "platform/Xml.h"
 
-// Nobody deletes through an interface; the system's have public destructors all the same.
-#pragma GCC diagnostic push
+// Nobody deletes through an interface; the system's have public destructors all the same. For the
+// rest of the source file, in which doubles are made.
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 
 #if defined(_WIN32)
@@ -53,5 +53,3 @@ protected:
 private:
     ULONG m_Count = 1;
 };
-
-#pragma GCC diagnostic pop
