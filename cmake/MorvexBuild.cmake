@@ -30,8 +30,11 @@ if(WIN32)
 else()
   # Our own calls of our own functions are direct, as on Windows: nothing replaces them at load.
   target_compile_options(morvex_options INTERFACE -fno-semantic-interposition)
-  target_link_options(morvex_options INTERFACE
-    -Wl,--no-undefined -Wl,--as-needed -Wl,-Bsymbolic-functions)
+  target_link_options(morvex_options INTERFACE -Wl,--as-needed -Wl,-Bsymbolic-functions)
+  if(NOT (MORVEX_SANITIZE AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang"))
+    # A library of Clang's finds the sanitizers in the program.
+    target_link_options(morvex_options INTERFACE -Wl,--no-undefined)
+  endif()
   # A unique symbol, as GCC makes of a static in an inline function, would pin the library in
   # memory: it could no more be unloaded.
   target_compile_options(morvex_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)

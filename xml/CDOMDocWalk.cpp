@@ -1,4 +1,8 @@
 // Walking the elements, and the small readers that the walk is made of.
+#include <optional>
+#include <string_view>
+#include <utility>
+
 #include "output/COutputBuffer.h"
 #include "output/CUIUpdate.h"
 #include "siblings/Keelbase.h"
@@ -46,7 +50,36 @@ void ReadValue(ComPtr<IXMLDOMNode> const & node, Value & value) {
 // Pinned by CDOMDocReadersTest.AnyTypeWithTheBitOfATextIsAText.
 bool IsText(Value const & value) { return (value.Get().vt & VT_BSTR) != 0; }
 
-std::wstring TextOf(Value const & value) { return ReceivedText::CopyOf(value.Get().bstrVal); }
+std::wstring_view TextOf(Value const & value) { return ViewOf(value.Get().bstrVal); }
+
+std::wstring_view LocalName(ReceivedText const & name) {
+    auto const view = name.View();
+    auto const colon = view.find(L':');
+    return colon != view.npos ? view.substr(colon + 1) : view;
+}
+
+void ReadName(ComPtr<IXMLDOMNode> const & node, ReceivedText & name) {
+    CheckRead(node->get_nodeName(name.Receive()), NoNodeName);
+}
+
+// Reads all attributes in their order, and tells of those that have a text.
+template <typename Reader>
+void ReadAttributes(ComPtr<IXMLDOMElement> const & element, Reader const & reader) {
+    auto const list = AttributesOf(element);
+    LONG const length = LengthOf(list);
+    for (LONG i = 0; i < length; ++i) {
+        auto const node = ItemOf(list, i);
+        ReceivedText name;
+        ReadName(node, name);
+        Value value;
+        ReadValue(node, value);
+        if (IsText(value)) reader(LocalName(name), TextOf(value));
+    }
+}
+
+std::wstring OrUnknown(std::wstring text) {
+    return text.empty() ? L"<<Unknown element>>" : text;
+}
 
 } // namespace
 
@@ -98,11 +131,9 @@ tagDOMNodeType CDOMDoc::GetNodeType(ComPtr<IXMLDOMNode> node) {
 }
 
 std::wstring CDOMDoc::GetNodeName(ComPtr<IXMLDOMNode> node) {
-    ReceivedText text;
-    CheckRead(node->get_nodeName(text.Receive()), NoNodeName);
-    std::wstring const name = text.Copy();
-    auto const colon = name.find(L':');
-    return colon != name.npos ? name.substr(colon + 1) : name;
+    ReceivedText name;
+    ReadName(node, name);
+    return std::wstring(LocalName(name));
 }
 
 std::wstring CDOMDoc::GetElementName(ComPtr<IXMLDOMElement> element) {
@@ -122,25 +153,21 @@ std::wstring CDOMDoc::GetAttribute(ComPtr<IXMLDOMElement> element, wchar_t const
     LONG const length = LengthOf(list);
     for (LONG i = 0; i < length; ++i) {
         auto const node = ItemOf(list, i);
-        if (GetNodeName(node) != name) continue;
+        ReceivedText itsName;
+        ReadName(node, itsName);
+        if (LocalName(itsName) != name) continue;
         Value value;
         ReadValue(node, value);
-        if (IsText(value)) return TextOf(value);
+        if (IsText(value)) return std::wstring(TextOf(value));
     }
     return {};
 }
 
 CDOMDoc::Attributes CDOMDoc::GetAllAttributes(ComPtr<IXMLDOMElement> element) {
-    auto const list = AttributesOf(element);
-    LONG const length = LengthOf(list);
     Attributes attributes;
-    for (LONG i = 0; i < length; ++i) {
-        auto const node = ItemOf(list, i);
-        std::wstring name = GetNodeName(node);
-        Value value;
-        ReadValue(node, value);
-        if (IsText(value)) attributes.insert_or_assign(std::move(name), TextOf(value));
-    }
+    ReadAttributes(element, [&](std::wstring_view name, std::wstring_view value) {
+        attributes.insert_or_assign(std::wstring(name), std::wstring(value));
+    });
     return attributes;
 }
 
@@ -168,12 +195,18 @@ std::wstring
 CDOMDoc::MakeDisplayString(std::wstring const & elementName, Attributes & attributes) const {
     auto found = attributes.find(L"label");
     if (found == attributes.end()) found = attributes.find(L"name");
-    std::wstring const & text = found != attributes.end() ? found->second : elementName;
-    return text.empty() ? L"<<Unknown element>>" : text;
+    return OrUnknown(found != attributes.end() ? found->second : elementName);
 }
 
+// Every attribute is read, although two alone are shown: whoever cannot be read ends the walk.
 std::wstring CDOMDoc::MakeDisplayString(ComPtr<IXMLDOMElement> element) {
-    std::wstring const name = GetElementName(element);
-    Attributes attributes = GetAllAttributes(element);
-    return MakeDisplayString(name, attributes);
+    std::wstring elementName = GetElementName(element);
+    std::optional<std::wstring> label;
+    std::optional<std::wstring> name;
+    ReadAttributes(element, [&](std::wstring_view key, std::wstring_view value) {
+        if (key == L"label") label = value;
+        if (key == L"name") name = value;
+    });
+    if (label) return OrUnknown(*std::move(label));
+    return OrUnknown(name ? *std::move(name) : std::move(elementName));
 }

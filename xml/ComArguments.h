@@ -1,7 +1,7 @@
 // What is handed to a component, or received from one, for a scope.
 #pragma once
 
-#include <string>
+#include <string_view>
 
 #include "platform/ComPtr.h"
 
@@ -49,6 +49,11 @@ private:
     VARIANT m_Value;
 };
 
+// What a received text holds. Null reads as an empty one.
+inline std::wstring_view ViewOf(BSTR text) {
+    return text != nullptr ? std::wstring_view(text, SysStringLen(text)) : std::wstring_view();
+}
+
 // A received text.
 class ReceivedText {
 public:
@@ -58,11 +63,7 @@ public:
     ~ReceivedText() { SysFreeString(m_Text); }
 
     BSTR * Receive() { return &m_Text; }
-    std::wstring Copy() const { return CopyOf(m_Text); }
-
-    static std::wstring CopyOf(BSTR text) {
-        return text != nullptr ? std::wstring(text, SysStringLen(text)) : std::wstring();
-    }
+    std::wstring_view View() const { return ViewOf(m_Text); }
 
 private:
     BSTR m_Text = nullptr;
