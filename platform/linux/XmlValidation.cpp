@@ -1,0 +1,144 @@
+// Validation by the engine's streaming validator, which listens to the events of a parser.
+#include "platform/linux/XmlValidation.h"
+
+#include <new>
+#include <utility>
+#include <vector>
+
+#include "platform/linux/XmlMemory.h"
+#include "platform/linux/XmlSchema.h"
+#include "platform/linux/XmlTree.h"
+
+namespace {
+
+// The events of a parser, made of a tree.
+class Replayer {
+public:
+    Replayer(xmlSAXHandler const & handler, void * data) : m_Handler(handler), m_Data(data) {}
+
+    // A node and what it contains.
+    void Tell(XmlNode const & node) {
+        switch (node.type) {
+        case NODE_ELEMENT:
+            return TellElement(node);
+        case NODE_TEXT:
+        case NODE_CDATA_SECTION:
+            return m_Handler.characters(
+                m_Data, AsXml(node.value.data()), static_cast<int>(node.value.size()));
+        default:
+            return;
+        }
+    }
+
+private:
+    struct Binding {
+        std::string prefix;
+        std::string uri;
+    };
+
+    // A name in its two halves, prefix first.
+    static std::pair<std::string, std::string> Split(std::string_view name) {
+        auto const colon = name.find(':');
+        if (colon == name.npos) return {"", std::string(name)};
+        return {std::string(name.substr(0, colon)), std::string(name.substr(colon + 1))};
+    }
+
+    static bool IsDeclaration(std::string_view name) {
+        return name == "xmlns" || name.starts_with("xmlns:");
+    }
+
+    static xmlChar const * OrNull(std::string const & text) {
+        return text.empty() ? nullptr : AsXml(text.c_str());
+    }
+
+    // The namespace of a prefix; null: none.
+    xmlChar const * UriOf(std::string const & prefix) const {
+        if (prefix == "xml") return XML_XML_NAMESPACE;
+        for (auto i = m_Bindings.rbegin(); i != m_Bindings.rend(); ++i)
+            if (i->prefix == prefix) return OrNull(i->uri);
+        return nullptr;
+    }
+
+    void Bind(XmlNode const & element) {
+        for (auto const & [name, value] : element.attributes) {
+            if (!IsDeclaration(name)) continue;
+            auto const [xmlns, prefix] = Split(name);
+            m_Bindings.push_back({xmlns.empty() ? "" : prefix, std::string(value)});
+        }
+    }
+
+    void TellElement(XmlNode const & element) {
+        std::size_t const outer = m_Bindings.size();
+        Bind(element);
+        auto const [prefix, name] = Split(element.name);
+        TellStart(element, prefix, name, outer);
+        for (auto const * child = element.firstChild; child != nullptr; child = child->next)
+            Tell(*child);
+        m_Handler.endElementNs(m_Data, AsXml(name.c_str()), OrNull(prefix), UriOf(prefix));
+        m_Bindings.resize(outer);
+    }
+
+    void TellStart(
+        XmlNode const & element, std::string const & prefix, std::string const & name,
+        std::size_t outer) {
+        std::vector<xmlChar const *> namespaces;
+        for (std::size_t i = outer; i != m_Bindings.size(); ++i) {
+            namespaces.push_back(OrNull(m_Bindings[i].prefix));
+            namespaces.push_back(AsXml(m_Bindings[i].uri.c_str()));
+        }
+        std::vector<std::pair<std::string, std::string>> names;
+        std::vector<std::string_view> values;
+        for (auto const & [written, value] : element.attributes) {
+            if (IsDeclaration(written)) continue;
+            names.push_back(Split(written));
+            values.push_back(value);
+        }
+        std::vector<xmlChar const *> fields;
+        for (std::size_t i = 0; i != names.size(); ++i) {
+            auto const & [its, local] = names[i];
+            auto const * const value = AsXml(values[i].data());
+            fields.insert(
+                fields.end(),
+                {AsXml(local.c_str()), OrNull(its), its.empty() ? nullptr : UriOf(its), value,
+                 value + values[i].size()});
+        }
+        m_Handler.startElementNs(
+            m_Data, AsXml(name.c_str()), OrNull(prefix), UriOf(prefix),
+            static_cast<int>(namespaces.size() / 2), namespaces.data(),
+            static_cast<int>(names.size()), 0, fields.data());
+    }
+
+    xmlSAXHandler const & m_Handler;
+    void * const m_Data;
+    std::vector<Binding> m_Bindings;
+};
+
+} // namespace
+
+XmlValidation::XmlValidation(std::shared_ptr<XmlSchema const> schema, Listener listener)
+    : m_Schema(std::move(schema)),
+      m_Listener(std::move(listener)),
+      m_Validator(xmlSchemaNewValidCtxt(m_Schema->Compiled()), xmlSchemaFreeValidCtxt) {
+    if (!m_Validator) throw std::bad_alloc();
+    xmlSchemaSetValidStructuredErrors(m_Validator.get(), OnError, this);
+}
+
+XmlValidation::~XmlValidation() {
+    if (m_Plug != nullptr) xmlSchemaSAXUnplug(m_Plug);
+}
+
+void XmlValidation::OnError(void * self, xmlErrorPtr error) {
+    if (error->level >= XML_ERR_ERROR)
+        static_cast<XmlValidation *>(self)->m_Listener(error->message);
+}
+
+void XmlValidation::Attach(xmlParserCtxtPtr parser) {
+    m_Plug = xmlSchemaSAXPlug(m_Validator.get(), &parser->sax, &parser->userData);
+    if (m_Plug == nullptr) throw std::bad_alloc();
+}
+
+void XmlValidation::Replay(XmlTree const & tree) {
+    m_Plug = xmlSchemaSAXPlug(m_Validator.get(), &m_Handler, &m_Data);
+    if (m_Plug == nullptr) throw std::bad_alloc();
+    Replayer(*m_Handler, m_Data).Tell(*tree.Root());
+}
