@@ -1,7 +1,7 @@
 // A stopwatch with a time-out, on the high-resolution counter.
 //
-// Time-outs and times are milliseconds, and have 32 bits on every system. A timer belongs to one thread at a time; reading it costs
-// one look at the counter.
+// Time-outs and times are milliseconds, and have 32 bits on every system. A timer belongs to one
+// thread at a time; reading it costs one look at the counter.
 #pragma once
 
 #include <atomic>

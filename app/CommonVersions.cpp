@@ -22,7 +22,7 @@
 
 namespace {
 
-constexpr char const * ProgramFiles[] = {"QNExe.exe",   "Keelbase.dll", "QuillonLog.dll",
+constexpr char const * ProgramFiles[] = {"QNExe.exe",      "Keelbase.dll", "QuillonLog.dll",
                                          "Promptline.dll", "Morvex.dll",   "Runcore.dll",
                                          "Portsheet.dll"};
 
@@ -117,8 +117,8 @@ struct Description {
 };
 
 Description NumberedDescription(char const * format, OSVERSIONINFOEXA const & version) {
-    return {Formatted(
-        format, version.dwMajorVersion, version.dwMinorVersion, version.dwBuildNumber)};
+    return {
+        Formatted(format, version.dwMajorVersion, version.dwMinorVersion, version.dwBuildNumber)};
 }
 
 Description DescriptionOfNt(OSVERSIONINFOEXA const & version, CMXLog & log) {
@@ -164,7 +164,8 @@ std::string WriteServicePack(OSVERSIONINFOEXA const & version, CMXLog & log) {
 void WriteSystem(OSVERSIONINFOEXA const & version, CMXLog & log) {
     Description const system = DescriptionOf(version, log);
     TEST_STATUS const status = system.known ? TEST_STATUS_INFO : TEST_STATUS_ERROR;
-    // Deliberate: the text is a format. Pinned by CommonOSVersionTest.APercentSignIsReadAsADirective.
+    // Deliberate: the text is a format. Pinned by
+    // CommonOSVersionTest.APercentSignIsReadAsADirective.
     log.Write(status, Quiet, nullptr, system.text.c_str());
     std::string const whole = system.text + WriteServicePack(version, log);
     CAppState::TestSuiteLog()->SetOSVersion(whole.c_str());

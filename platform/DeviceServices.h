@@ -127,8 +127,6 @@ inline constexpr DWORD REG_SZ = 1;
 inline constexpr DWORD REG_MULTI_SZ = 7;
 
 inline constexpr DWORD ERROR_INVALID_DATA = 13;
-inline constexpr DWORD ERROR_INSUFFICIENT_BUFFER = 122;
-inline constexpr DWORD ERROR_NO_MORE_ITEMS = 259;
 inline constexpr DWORD ERROR_SERVICE_NOT_ACTIVE = 1062;
 inline constexpr DWORD ERROR_INVALID_USER_BUFFER = 1784;
 

@@ -10,6 +10,7 @@
 #pragma once
 
 #include "platform/BaseTypes.h"
+#include "platform/SystemText.h"
 
 #if !defined(_WIN32)
 
@@ -44,17 +45,12 @@ inline constexpr DWORD ERROR_DISK_FULL = 112;
 inline constexpr DWORD ERROR_BAD_PATHNAME = 161;
 inline constexpr DWORD ERROR_BUSY = 170;
 inline constexpr DWORD ERROR_MORE_DATA = 234;
-inline constexpr DWORD ERROR_NO_MORE_ITEMS = 259;
-inline constexpr DWORD ERROR_MR_MID_NOT_FOUND = 317;
 inline constexpr DWORD ERROR_NOACCESS = 998;
 inline constexpr DWORD ERROR_CANTOPEN = 1011;
 inline constexpr DWORD ERROR_REGISTRY_CORRUPT = 1015;
 inline constexpr DWORD ERROR_REGISTRY_IO_FAILED = 1016;
 inline constexpr DWORD ERROR_NOT_REGISTRY_FILE = 1017;
 inline constexpr DWORD ERROR_KEY_DELETED = 1018;
-
-inline constexpr DWORD FORMAT_MESSAGE_ALLOCATE_BUFFER = 0x100;
-inline constexpr DWORD FORMAT_MESSAGE_FROM_SYSTEM = 0x1000;
 
 // `subkey` is a path of names of at most 255 bytes with backslashes between them; null or empty
 // stands for the key itself. `options` is 0. ERROR_FILE_NOT_FOUND: there is no such key.
@@ -101,16 +97,5 @@ MORVEX_PLATFORM_API LSTATUS RegEnumValueA(
 
 // ERROR_INVALID_HANDLE: closed already, or never given out.
 MORVEX_PLATFORM_API LSTATUS RegCloseKey(HKEY key);
-
-// The system's English text of an error code, its line end included. `flags` are the two above:
-// `buffer` takes the address of a new text, for LocalFree. Returns its length in bytes; 0 with
-// ERROR_MR_MID_NOT_FOUND when the code has no text, with ERROR_INVALID_PARAMETER for other flags.
-// The language has no effect.
-MORVEX_PLATFORM_API DWORD FormatMessageA(
-    DWORD flags, void const * source, DWORD code, DWORD language, char * buffer, DWORD size,
-    va_list * arguments);
-
-// Null: freed. A null pointer is left alone.
-MORVEX_PLATFORM_API void * LocalFree(void * memory);
 
 #endif

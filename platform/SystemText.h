@@ -16,8 +16,6 @@ inline constexpr DWORD FORMAT_MESSAGE_ALLOCATE_BUFFER = 0x100;
 inline constexpr DWORD FORMAT_MESSAGE_IGNORE_INSERTS = 0x200;
 inline constexpr DWORD FORMAT_MESSAGE_FROM_SYSTEM = 0x1000;
 
-inline constexpr DWORD ERROR_MR_MID_NOT_FOUND = 317;
-
 inline constexpr UINT LMEM_FIXED = 0;
 
 // The text of an error code or of an HRESULT, its line end included. `flags` hold the first and the

@@ -49,7 +49,8 @@ GetFileVersionInfoA(char const * file, DWORD handle, DWORD size, void * data);
 
 // Finds a value in `block`, in any case of letters: "\VarFileInfo\Translation", a DWORD, or
 // "\StringFileInfo\<language><code page>\FileVersion", a text, whose length counts its NUL. The
-// value lies in the block. Zero with ERROR_RESOURCE_TYPE_NOT_FOUND for any other, outputs untouched.
+// value lies in the block. Zero with ERROR_RESOURCE_TYPE_NOT_FOUND for any other, outputs
+// untouched.
 MORVEX_PLATFORM_API BOOL
 VerQueryValueA(void const * block, char const * path, LPVOID * value, UINT * length);
 

@@ -77,9 +77,7 @@ void ReadAttributes(ComPtr<IXMLDOMElement> const & element, Reader const & reade
     }
 }
 
-std::wstring OrUnknown(std::wstring text) {
-    return text.empty() ? L"<<Unknown element>>" : text;
-}
+std::wstring OrUnknown(std::wstring text) { return text.empty() ? L"<<Unknown element>>" : text; }
 
 } // namespace
 

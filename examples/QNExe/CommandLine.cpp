@@ -140,7 +140,8 @@ void Describe(CLI::App & app, Raw & raw) {
     app.add_flag(
         "--interactive", raw.interactive, "Have the suite ask the operator, if it has questions");
     app.add_flag(
-        "--versions", raw.versions, "Begin the log with the system and the program files' versions");
+        "--versions", raw.versions,
+        "Begin the log with the system and the program files' versions");
     app.add_flag("--only-failures", raw.onlyFailures, "Leave out the entries of tests that pass");
     DescribeSettings(app, raw);
     app.footer("Exit code: 0 passed, 1 failed, 2 no test ran, 3 aborted by the operator, "

@@ -24,8 +24,10 @@ struct BlockHead {
 // Empty, with the last error, when there is none.
 std::string VersionOf(char const * file) {
     auto const version = FindVersion(file != nullptr ? file : "");
-    if (!version) SetLastError(ERROR_FILE_NOT_FOUND);
-    else if (version->empty()) SetLastError(ERROR_RESOURCE_DATA_NOT_FOUND);
+    if (!version)
+        SetLastError(ERROR_FILE_NOT_FOUND);
+    else if (version->empty())
+        SetLastError(ERROR_RESOURCE_DATA_NOT_FOUND);
     return version.value_or("");
 }
 
