@@ -93,6 +93,17 @@ TEST_F(CAppStateFailureTest, WithoutAnEventThereIsNoInstance) {
     EXPECT_EQ(m_Closed, 0);
 }
 
+TEST_F(CAppStateFailureTest, AnInstanceThatEndsCannotBeReachedAnyMore) {
+    CAppState::InitAppState(ApplicationFamilyDefault);
+    std::vector<bool> reachable;
+    Diversion const diversion(wrapped_CloseHandle, [&](HANDLE handle) {
+        reachable.push_back(CAppState::AppStateSet());
+        return wrapped_CloseHandle.Real(handle);
+    });
+    CAppState::CleanupAppState();
+    EXPECT_EQ(reachable, std::vector<bool>{false});
+}
+
 TEST_F(CAppStateFailureTest, WithoutAnEventTheDirectoryIsNotAskedFor) {
     int asked = 0;
     directoryFake = [&] {

@@ -32,6 +32,14 @@ Object * Somewhere() {
     return reinterpret_cast<Object *>(place);
 }
 
+// Reaches what only a setter reaches.
+QNHelper * CurrentHelper();
+template <CAppState ** App, QNHelper * CAppState::*Helper>
+struct Hidden {
+    friend QNHelper * CurrentHelper() { return (*App)->*Helper; }
+};
+template struct Hidden<&CAppState::m_sTheApp, &CAppState::m_Helper>;
+
 class CAppStateTest : public testing::Test {
 protected:
     CAppStateTest() { CAppState::InitAppState(ApplicationFamilyDefault); }
@@ -384,18 +392,23 @@ TEST_F(CAppStateTest, TheCurrentTestsRecordIsTheSuites) {
 TEST_F(CAppStateTest, TheHelperIsStoredUnderOneLock) {
     std::vector<std::string> steps;
     CRITICAL_SECTION const * entered = nullptr;
+    auto const helper = [] { return CurrentHelper() != nullptr ? " with one" : " with none"; };
     Diversion const enter(wrapped_EnterCriticalSection, [&](CRITICAL_SECTION * section) {
         entered = section;
-        steps.push_back("enter");
         wrapped_EnterCriticalSection.Real(section);
+        steps.push_back(std::string("enter") + helper());
     });
     Diversion const leave(wrapped_LeaveCriticalSection, [&](CRITICAL_SECTION * section) {
-        steps.push_back(section == entered ? "leave" : "leave another");
+        steps.push_back(std::string(section == entered ? "leave" : "leave another") + helper());
         wrapped_LeaveCriticalSection.Real(section);
     });
-    CAppState::SetHelper(Somewhere<QNHelper>());
+    QNHelper * const one = Somewhere<QNHelper>();
+    CAppState::SetHelper(one);
+    EXPECT_EQ(CurrentHelper(), one);
     CAppState::SetHelper(nullptr);
-    EXPECT_EQ(steps, (std::vector<std::string>{"enter", "leave", "enter", "leave"}));
+    EXPECT_EQ(
+        steps, (std::vector<std::string>{
+                   "enter with none", "leave with one", "enter with one", "leave with none"}));
 }
 
 TEST_F(CAppStateTest, RegistryNamesAreThoseOfTheStoredSelections) {

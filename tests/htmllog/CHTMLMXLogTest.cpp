@@ -9,7 +9,9 @@
 #include "output/COutputBuffer.h"
 #include "output/CUIUpdate.h"
 #include "output/Transcript.h"
+#include "prompts/RecordingInput.h"
 #include "settings/CIniArgs.h"
+#include "siblings/Keelbase.h"
 #include "siblings/QuillonLog.h"
 
 namespace {
@@ -316,4 +318,65 @@ TEST_F(CHTMLMXLogTest, TheStopOfATestStartsADisplayLineOfItsOwn) {
         for (auto at = line.find(R"(\a)"); at != line.npos; at = line.find(R"(\a)", at + 2))
             EXPECT_EQ(line.substr(at - 2, 2), R"(\d)") << line;
     }
+}
+
+namespace {
+
+// Overwrites the memory in which the thread's last formatted text lies.
+void FormatAnotherText() {
+    FormatText(nullptr, nullptr, FormatPadding{0, 0}, "%s", std::string(2000, '#').c_str());
+    FormatText(nullptr, nullptr, FormatPadding{0, 0}, "%s", "####");
+}
+
+class FormattingPrompt : public RecordingInput {
+public:
+    using RecordingInput::DisplayInfoToUser;
+
+    TS_STATUS DisplayInfoToUser(
+        std::wstring * text, unsigned long, bool, CMXGuiEvent *, std::wstring *,
+        WINDOW_ARGS *) override {
+        told = *text;
+        FormatAnotherText();
+        return TS_SUCCESS;
+    }
+
+    std::wstring told;
+};
+
+class FormattingListener : public CTestSuiteListener {
+public:
+    void EntryWritten(CTestLog const &, CTestLogEntry const & entry) override {
+        FormatAnotherText();
+        heard.push_back(entry.text);
+    }
+
+    Lines heard;
+};
+
+} // namespace
+
+TEST_F(CHTMLMXLogTest, AnEntryIsWholeAlthoughAPromptFormatsAnotherTextMeanwhile) {
+    FormattingPrompt prompt;
+    Open();
+    m_Suite.OpenTest(true);
+    m_Log->InitTest();
+    m_Log->StartTest("name", 0);
+    m_Log->EnableBreakOnLogFailure(&prompt);
+    m_Suite.CurrentTestLog()->Reset();
+    Shown();
+    m_Log->Write(TEST_STATUS_FAIL, "port %d is dead", 3);
+    EXPECT_EQ(prompt.told, L"Test Failure:  port 3 is dead");
+    EXPECT_EQ(Shown(), (Lines{kFailLook, Plain(R"(port 3 is dead\d\a)"), kRestored}));
+    EXPECT_EQ(Recorded(), Lines{"80000000 port 3 is dead|"});
+    m_Log->DisableBreakOnLogFailure();
+}
+
+TEST_F(CHTMLMXLogTest, AnEntryIsWholeAlthoughItsListenerFormatsAnotherText) {
+    FormattingListener listener;
+    Open();
+    m_Suite.Listener(&listener);
+    m_Log->Write(TEST_STATUS_INFO, "port %d\nis alive\n", 3);
+    m_Suite.Listener(nullptr);
+    EXPECT_EQ(listener.heard, Lines{"port 3\nis alive"});
+    EXPECT_EQ(Shown(), Lines{Plain(R"(port 3\d\ais alive\d\a)")});
 }
