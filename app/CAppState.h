@@ -157,6 +157,25 @@ public:
     // Null without a suite record.
     static CTestLog * CurrentTestLog();
 
+    // The chosen VIF files by name; null until set. Texts and list are held and replaced as above.
+    static std::string * UFPVifName() { return m_sTheApp->m_UFPVifName; }
+    static void UFPVifName(std::string const & name);
+    static bool UFPVifLoaded();
+    static std::vector<CSafeString> * DFPVifNames() { return m_sTheApp->m_DFPVifNames; }
+    static void DFPVifNames(std::vector<CSafeString> const & names);
+    static bool DFPVifLoaded();
+
+    // Keep the choice in the registry under the key of the application's name, and take it back.
+    // What went wrong stands in the registry's last-error pair. A failed read keeps the held name;
+    // a missing name is written as an empty one.
+    static bool ReadUFPVifFromRegistry();
+    static bool WriteUFPVifToRegistry();
+
+    // Always false: judge a read by DFPVifLoaded. It replaces the held list in every case, in the
+    // registry's order. A write replaces the stored list; when that cannot be removed it stays.
+    static bool ReadDFPVifsFromRegistry();
+    static bool WriteDFPVifsToRegistry();
+
     // The helper that the operator's cancel request reaches; the one call that any thread may make.
     static void SetHelper(QNHelper * const helper);
 
