@@ -6,6 +6,7 @@
 #include <string>
 #include <type_traits>
 
+#include "app/Replace.h"
 #include "platform/Synchronization.h"
 #include "settings/CDUTInfo.h"
 #include "settings/CIniArgs.h"
@@ -38,13 +39,6 @@ std::wstring CurrentDirectory() {
             std::string("Could not get name of Current Working Directory.:  ") + error.what(),
             error.code());
     }
-}
-
-template <typename Object>
-void Replace(Object *& held, Object const & value) {
-    // The old object goes first: `held` dangles if the copy then fails, and must not be `value`.
-    delete held;
-    held = new Object(value);
 }
 
 } // namespace

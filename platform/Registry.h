@@ -13,6 +13,8 @@
 
 #if !defined(_WIN32)
 
+#include <cstdarg>
+
 using HKEY = struct HKEY__ *;
 using LSTATUS = LONG;
 using REGSAM = DWORD;
@@ -44,6 +46,7 @@ inline constexpr DWORD ERROR_BUSY = 170;
 inline constexpr DWORD ERROR_MORE_DATA = 234;
 inline constexpr DWORD ERROR_NO_MORE_ITEMS = 259;
 inline constexpr DWORD ERROR_MR_MID_NOT_FOUND = 317;
+inline constexpr DWORD ERROR_NOACCESS = 998;
 inline constexpr DWORD ERROR_CANTOPEN = 1011;
 inline constexpr DWORD ERROR_REGISTRY_CORRUPT = 1015;
 inline constexpr DWORD ERROR_REGISTRY_IO_FAILED = 1016;
@@ -69,7 +72,8 @@ MORVEX_PLATFORM_API LSTATUS RegCreateKeyExA(
 
 // Type, data and size in bytes of a value; any of the three may be null, but not `size` beside
 // `data`. `size` holds the room in `data` and receives the stored size. ERROR_MORE_DATA: the room
-// is too small, `data` is untouched, type and size are given. ERROR_FILE_NOT_FOUND: no such value,
+// is too small, `data` is untouched, type and size are given. ERROR_ACCESS_DENIED: the handle was
+// not opened for this, here and below. ERROR_FILE_NOT_FOUND: no such value,
 // nothing is written. A text whose last byte is not NUL gets one when there is room; it does not
 // count. A null name is an empty one.
 MORVEX_PLATFORM_API LSTATUS RegQueryValueExA(
@@ -87,9 +91,10 @@ MORVEX_PLATFORM_API LSTATUS RegDeleteKeyA(HKEY key, char const * subkey);
 
 // The value with this number, in the order of first writing: name, type, data. `nameSize` holds the
 // room and receives the length without the NUL; type, data and size are as in RegQueryValueExA.
-// ERROR_NO_MORE_ITEMS: there is none. ERROR_MORE_DATA: a room is too small, `name` and `data` are
-// untouched. After any other failure the numbers above 0 give ERROR_NO_MORE_ITEMS until number 0 is
-// asked for again, so that a walk which passes over failures ends.
+// ERROR_NO_MORE_ITEMS: there is none. ERROR_MORE_DATA: a room is too small; `name` is
+// untouched, and `data` when it is the one. After any other failure the numbers above 0 give
+// ERROR_NO_MORE_ITEMS until number 0 is asked for again, so that a walk which passes over failures
+// ends.
 MORVEX_PLATFORM_API LSTATUS RegEnumValueA(
     HKEY key, DWORD index, char * name, DWORD * nameSize, DWORD * reserved, DWORD * type,
     BYTE * data, DWORD * size);
@@ -103,7 +108,7 @@ MORVEX_PLATFORM_API LSTATUS RegCloseKey(HKEY key);
 // The language has no effect.
 MORVEX_PLATFORM_API DWORD FormatMessageA(
     DWORD flags, void const * source, DWORD code, DWORD language, char * buffer, DWORD size,
-    __builtin_va_list * arguments);
+    va_list * arguments);
 
 // Null: freed. A null pointer is left alone.
 MORVEX_PLATFORM_API void * LocalFree(void * memory);

@@ -9,6 +9,8 @@
 #include <optional>
 #include <string_view>
 
+#include "settings/Registry.h"
+
 namespace {
 
 // ASCII only, so that a name means the same in every locale and on every platform.
@@ -159,6 +161,16 @@ void CIniArgs::AddArg(
 
 void CIniArgs::AddCmdLineArg(std::string const & key, std::string const & value) {
     m_CmdLineArgs[Lowered(key)] = value;
+}
+
+bool CIniArgs::ReloadRegistry() {
+    constexpr char name[] = "CertificationMode";
+    std::string key;
+    GetQNKey(key);
+    unsigned long mode = 0;
+    if (!TS_GetRegistryDword(HKEY_LOCAL_MACHINE, key.c_str(), name, &mode)) return false;
+    AddArg("Quillon", name, mode != 0 ? "1" : "0");
+    return true;
 }
 
 std::string * CIniArgs::Find(std::string const & section, std::string const & key) {

@@ -24,6 +24,11 @@ public:
     // The same in the command line's table, which has no sections.
     void AddCmdLineArg(std::string const & key, std::string const & value);
 
+    // Takes over the product's "CertificationMode" out of the registry as "1" or "0" in the section
+    // "Quillon". False: it could not be read, nothing changes, and the registry's last-error pair
+    // tells why.
+    bool ReloadRegistry();
+
     // The command line's own text. False: missing, `out` is null. The store keeps the text.
     bool GetCmdLineArg(std::string const & key, std::string *& out);
 
