@@ -198,7 +198,9 @@ bool RegistryDatabase::HoldsRegistry() {
     std::int64_t const application = Number("PRAGMA application_id");
     std::int64_t const version = Number("PRAGMA user_version");
     if (application == ApplicationId && version == LayoutVersion) return true;
-    if (Number("PRAGMA page_count") != 0) throw RegistryError{ERROR_NOT_REGISTRY_FILE};
+    bool const isUnused = application == 0 && version == 0;
+    if (!isUnused || Number("SELECT count(*) FROM sqlite_schema") != 0)
+        throw RegistryError{ERROR_NOT_REGISTRY_FILE};
     return false;
 }
 

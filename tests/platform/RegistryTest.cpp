@@ -1,0 +1,569 @@
+// The registry's contract: keys by path, values by name, sizes in bytes, and the codes of refusals.
+#include "platform/Registry.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/Host.h"
+#include "platform/RegistryScope.h"
+#include "platform/Synchronization.h"
+
+namespace {
+
+constexpr REGSAM Everything = KEY_READ | KEY_WRITE;
+constexpr LSTATUS Ok = 0;
+constexpr LSTATUS NotFound = 2;
+constexpr LSTATUS Denied = 5;
+constexpr LSTATUS InvalidHandle = 6;
+constexpr LSTATUS InvalidParameter = 87;
+constexpr LSTATUS BadPath = 161;
+constexpr LSTATUS MoreData = 234;
+constexpr LSTATUS NoMoreItems = 259;
+constexpr LSTATUS KeyDeleted = 1018;
+
+using Bytes = std::string;
+
+struct Stored {
+    DWORD type;
+    Bytes data;
+
+    bool operator==(Stored const &) const = default;
+};
+
+class RegistryContractTest : public testing::Test {
+protected:
+    RegistryContractTest() { m_Key = Create("Software\\Contract"); }
+    ~RegistryContractTest() override {
+        for (HKEY const key : m_Keys)
+            RegCloseKey(key);
+    }
+
+    HKEY Keep(HKEY key) {
+        m_Keys.push_back(key);
+        return key;
+    }
+
+    HKEY Create(std::string const & path, REGSAM access = Everything) {
+        HKEY key = nullptr;
+        EXPECT_EQ(
+            RegCreateKeyExA(
+                HKEY_LOCAL_MACHINE, path.c_str(), 0, nullptr, 0, access, nullptr, &key, nullptr),
+            Ok)
+            << path;
+        return Keep(key);
+    }
+
+    HKEY Open(std::string const & path, REGSAM access) {
+        HKEY key = nullptr;
+        EXPECT_EQ(RegOpenKeyExA(HKEY_LOCAL_MACHINE, path.c_str(), 0, access, &key), Ok) << path;
+        return Keep(key);
+    }
+
+    // What an attempt to open answers; a handle that came of it is closed.
+    static LSTATUS Opening(HKEY base, char const * path, REGSAM access = KEY_READ) {
+        HKEY key = nullptr;
+        LSTATUS const result = RegOpenKeyExA(base, path, 0, access, &key);
+        if (result == Ok) RegCloseKey(key);
+        return result;
+    }
+
+    static LSTATUS Opening(std::string const & path) {
+        return Opening(HKEY_LOCAL_MACHINE, path.c_str());
+    }
+
+    // The result, and the disposition on success.
+    static std::pair<LSTATUS, DWORD> Creating(HKEY base, std::string const & path) {
+        HKEY key = nullptr;
+        DWORD disposition = 0;
+        LSTATUS const result = RegCreateKeyExA(
+            base, path.c_str(), 0, nullptr, 0, KEY_READ, nullptr, &key, &disposition);
+        if (result == Ok) RegCloseKey(key);
+        return {result, disposition};
+    }
+
+    static LSTATUS SetIn(HKEY key, std::string const & name, DWORD type, Bytes const & data) {
+        auto const * const bytes = reinterpret_cast<BYTE const *>(data.data());
+        return RegSetValueExA(key, name.c_str(), 0, type, bytes, static_cast<DWORD>(data.size()));
+    }
+
+    LSTATUS Set(std::string const & name, Bytes const & data, DWORD type = REG_BINARY) {
+        return SetIn(m_Key, name, type, data);
+    }
+
+    static std::optional<Stored> QueryIn(HKEY key, char const * name) {
+        Stored stored{0, Bytes(70000, '#')};
+        auto size = static_cast<DWORD>(stored.data.size());
+        auto * const data = reinterpret_cast<BYTE *>(stored.data.data());
+        if (RegQueryValueExA(key, name, nullptr, &stored.type, data, &size) != Ok)
+            return std::nullopt;
+        stored.data.resize(size);
+        return stored;
+    }
+
+    std::optional<Stored> Query(std::string const & name) { return QueryIn(m_Key, name.c_str()); }
+
+    // Names, types and texts in the order of the enumeration.
+    static std::vector<std::string> Names(HKEY key) {
+        std::vector<std::string> names;
+        char name[300];
+        DWORD size = sizeof name;
+        for (DWORD index = 0;
+             RegEnumValueA(key, index, name, &size, nullptr, nullptr, nullptr, nullptr) == Ok;
+             ++index) {
+            names.emplace_back(name, size);
+            size = sizeof name;
+        }
+        return names;
+    }
+
+    static std::vector<std::string> SortedNames(HKEY key) {
+        auto names = Names(key);
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+
+    RegistryScope m_Scope;
+    HKEY m_Key = nullptr;
+    std::vector<HKEY> m_Keys;
+};
+
+using Creation = std::pair<LSTATUS, DWORD>;
+
+TEST_F(RegistryContractTest, AKeyIsCreatedWithItsPathAndThenOpened) {
+    EXPECT_EQ(Creating(HKEY_LOCAL_MACHINE, "Software\\A\\B\\C"), Creation(Ok, REG_CREATED_NEW_KEY));
+    EXPECT_EQ(
+        Creating(HKEY_LOCAL_MACHINE, "Software\\A\\B\\C"), Creation(Ok, REG_OPENED_EXISTING_KEY));
+    EXPECT_EQ(
+        Creating(HKEY_LOCAL_MACHINE, "Software\\A\\B"), Creation(Ok, REG_OPENED_EXISTING_KEY));
+    EXPECT_EQ(Opening("Software\\A"), Ok);
+    EXPECT_EQ(Opening("Software\\A\\C"), NotFound);
+}
+
+TEST_F(RegistryContractTest, KeysMatchInAnyCase) {
+    EXPECT_EQ(Opening("sOFTWARE\\CONTRACT"), Ok);
+    EXPECT_EQ(Creating(m_Key, "Sub"), Creation(Ok, REG_CREATED_NEW_KEY));
+    EXPECT_EQ(Creating(m_Key, "sUB"), Creation(Ok, REG_OPENED_EXISTING_KEY));
+}
+
+TEST_F(RegistryContractTest, APathBelowAHandleStartsThere) {
+    EXPECT_EQ(Creating(m_Key, "One\\Two"), Creation(Ok, REG_CREATED_NEW_KEY));
+    EXPECT_EQ(Opening("Software\\Contract\\One\\Two"), Ok);
+    EXPECT_EQ(Opening(m_Key, "Two"), NotFound);
+    EXPECT_EQ(Opening(m_Key, ""), Ok);
+    EXPECT_EQ(Opening(m_Key, nullptr), Ok);
+    EXPECT_EQ(Opening(HKEY_LOCAL_MACHINE, ""), Ok);
+}
+
+TEST_F(RegistryContractTest, BackslashesAtTheEndAndInARowCountOnce) {
+    EXPECT_EQ(Opening("Software\\Contract\\"), Ok);
+    EXPECT_EQ(Opening("Software\\\\Contract\\\\"), Ok);
+    EXPECT_EQ(Creating(m_Key, "X\\\\Y\\"), Creation(Ok, REG_CREATED_NEW_KEY));
+    EXPECT_EQ(Opening(m_Key, "X\\Y"), Ok);
+}
+
+TEST_F(RegistryContractTest, ABackslashInFrontIsABadPath) {
+    EXPECT_EQ(Opening("\\Software"), BadPath);
+    EXPECT_EQ(Creating(m_Key, "\\X").first, BadPath);
+    EXPECT_EQ(RegDeleteKeyA(m_Key, "\\X"), BadPath);
+}
+
+TEST_F(RegistryContractTest, AKeyNameHasUpTo255Characters) {
+    std::string const longest(255, 'k');
+    EXPECT_EQ(Creating(m_Key, longest), Creation(Ok, REG_CREATED_NEW_KEY));
+    EXPECT_EQ(Opening(m_Key, longest.c_str()), Ok);
+    EXPECT_EQ(Opening(m_Key, (longest + "\\Sub").c_str()), NotFound);
+    // Wine takes one more.
+    if (!UnderWine()) {
+        EXPECT_EQ(Creating(m_Key, longest + 'k').first, InvalidParameter);
+    }
+    EXPECT_NE(Creating(m_Key, std::string(300, 'k')).first, Ok);
+}
+
+TEST_F(RegistryContractTest, AFailedOpeningOrCreationLeavesItsOutputs) {
+    int something = 0;
+    HKEY const preset = reinterpret_cast<HKEY>(&something);
+    HKEY key = preset;
+    DWORD disposition = 77;
+    // Windows sets the handle to null when it finds no key.
+    if (!ON_WINDOWS) {
+        EXPECT_EQ(RegOpenKeyExA(m_Key, "None", 0, KEY_READ, &key), NotFound);
+        EXPECT_EQ(key, preset);
+    }
+    EXPECT_EQ(
+        RegCreateKeyExA(m_Key, "\\", 0, nullptr, 0, KEY_READ, nullptr, &key, &disposition),
+        BadPath);
+    EXPECT_EQ(disposition, 77u);
+    EXPECT_EQ(
+        RegCreateKeyExA(m_Key, "X", 1, nullptr, 0, KEY_READ, nullptr, &key, &disposition),
+        InvalidParameter);
+    EXPECT_EQ(Opening(m_Key, "X"), NotFound);
+}
+
+TEST_F(RegistryContractTest, AValueComesBackWithTypeAndBytes) {
+    Bytes const bytes("\0\1\2\xFF\0", 5);
+    EXPECT_EQ(Set("Binary", bytes, REG_BINARY), Ok);
+    EXPECT_EQ(Query("Binary"), (Stored{REG_BINARY, bytes}));
+    EXPECT_EQ(Set("Number", Bytes("\x78\x56\x34\x12", 4), REG_DWORD), Ok);
+    EXPECT_EQ(Query("Number"), (Stored{REG_DWORD, Bytes("\x78\x56\x34\x12", 4)}));
+    EXPECT_EQ(Set("Text", Bytes("abc\0", 4), REG_SZ), Ok);
+    EXPECT_EQ(Query("Text"), (Stored{REG_SZ, Bytes("abc\0", 4)}));
+}
+
+TEST_F(RegistryContractTest, ATextMayHoldNuls) {
+    EXPECT_EQ(Set("Text", Bytes("a\0b\0", 4), REG_SZ), Ok);
+    EXPECT_EQ(Query("Text"), (Stored{REG_SZ, Bytes("a\0b\0", 4)}));
+}
+
+TEST_F(RegistryContractTest, ATextWithoutItsNulGetsOneWhereThereIsRoom) {
+    // Windows stores a NUL that follows the given bytes; here none does.
+    EXPECT_EQ(
+        RegSetValueExA(m_Key, "Text", 0, REG_SZ, reinterpret_cast<BYTE const *>("abcd"), 3), Ok);
+    BYTE data[5] = {'#', '#', '#', '#', '#'};
+    DWORD size = sizeof data;
+    EXPECT_EQ(RegQueryValueExA(m_Key, "Text", nullptr, nullptr, data, &size), Ok);
+    EXPECT_EQ(size, 3u);
+    EXPECT_EQ(Bytes(data, data + 5), Bytes("abc\0#", 5));
+    data[3] = '#';
+    EXPECT_EQ(RegQueryValueExA(m_Key, "Text", nullptr, nullptr, data, &size), Ok);
+    EXPECT_EQ(Bytes(data, data + 5), "abc##");
+}
+
+TEST_F(RegistryContractTest, AnEmptyValueHasTheSizeZero) {
+    EXPECT_EQ(RegSetValueExA(m_Key, "Null", 0, REG_SZ, nullptr, 0), Ok);
+    EXPECT_EQ(Query("Null"), (Stored{REG_SZ, ""}));
+    EXPECT_EQ(Set("Empty", "", REG_SZ), Ok);
+    DWORD size = 9;
+    EXPECT_EQ(RegQueryValueExA(m_Key, "Empty", nullptr, nullptr, nullptr, &size), Ok);
+    EXPECT_EQ(size, 0u);
+}
+
+TEST_F(RegistryContractTest, NoDataWithASizeIsRefused) {
+    EXPECT_EQ(RegSetValueExA(m_Key, "X", 0, REG_BINARY, nullptr, 4), 998);
+    EXPECT_EQ(Query("X"), std::nullopt);
+}
+
+TEST_F(RegistryContractTest, ATooSmallRoomGivesTypeAndSizeAndLeavesTheData) {
+    EXPECT_EQ(Set("Binary", "12345678"), Ok);
+    BYTE data[3] = {'#', '#', '#'};
+    DWORD size = 2;
+    DWORD type = 99;
+    EXPECT_EQ(RegQueryValueExA(m_Key, "Binary", nullptr, &type, data, &size), MoreData);
+    EXPECT_EQ(size, 8u);
+    EXPECT_EQ(type, static_cast<DWORD>(REG_BINARY));
+    EXPECT_EQ(Bytes(data, data + 3), "###");
+}
+
+TEST_F(RegistryContractTest, AMissingValueLeavesSizeAndData) {
+    BYTE data[2] = {'#', '#'};
+    DWORD size = 2;
+    EXPECT_EQ(RegQueryValueExA(m_Key, "None", nullptr, nullptr, data, &size), NotFound);
+    EXPECT_EQ(size, 2u);
+    EXPECT_EQ(data[0], '#');
+}
+
+TEST_F(RegistryContractTest, AQueryMayAskForNothingButPresence) {
+    EXPECT_EQ(Set("X", "1"), Ok);
+    EXPECT_EQ(RegQueryValueExA(m_Key, "X", nullptr, nullptr, nullptr, nullptr), Ok);
+    EXPECT_EQ(RegQueryValueExA(m_Key, "Y", nullptr, nullptr, nullptr, nullptr), NotFound);
+}
+
+TEST_F(RegistryContractTest, AQueryRefusesDataWithoutSizeAndReservedArguments) {
+    BYTE data[4];
+    DWORD reserved = 0;
+    DWORD size = 4;
+    EXPECT_EQ(RegQueryValueExA(m_Key, "X", nullptr, nullptr, data, nullptr), InvalidParameter);
+    EXPECT_EQ(RegQueryValueExA(m_Key, "X", &reserved, nullptr, nullptr, &size), InvalidParameter);
+}
+
+TEST_F(RegistryContractTest, ANullNameIsAnEmptyOne) {
+    EXPECT_EQ(QueryIn(m_Key, nullptr), std::nullopt);
+    EXPECT_EQ(Set("", "default"), Ok);
+    EXPECT_EQ(QueryIn(m_Key, nullptr), (Stored{REG_BINARY, "default"}));
+    EXPECT_EQ(Names(m_Key), std::vector<std::string>{""});
+    EXPECT_EQ(RegDeleteValueA(m_Key, nullptr), Ok);
+    EXPECT_EQ(Query(""), std::nullopt);
+}
+
+TEST_F(RegistryContractTest, ValuesMatchInAnyCaseAndKeepTheirFirstSpelling) {
+    EXPECT_EQ(Set("MixedCase", "first"), Ok);
+    EXPECT_EQ(Set("mIXEDcASE", "second"), Ok);
+    EXPECT_EQ(Query("MIXEDCASE"), (Stored{REG_BINARY, "second"}));
+    EXPECT_EQ(Names(m_Key), std::vector<std::string>{"MixedCase"});
+}
+
+TEST_F(RegistryContractTest, NamesOutsideAsciiAreKeptByteForByte) {
+    std::string const name = "Pr\xC3\xBC"
+                             "fling \xE6\x97\xA5\xE6\x9C\xAC";
+    EXPECT_EQ(Set(name, "x"), Ok);
+    EXPECT_EQ(Names(m_Key), std::vector<std::string>{name});
+    EXPECT_EQ(Creating(m_Key, name), Creation(Ok, REG_CREATED_NEW_KEY));
+    EXPECT_EQ(Opening(m_Key, name.c_str()), Ok);
+}
+
+// The bytes of UTF-8 are single characters to the ANSI operations of Windows, and no pair of cases.
+TEST_F(RegistryContractTest, LettersOutsideAsciiDoNotMatchInAnotherCase) {
+    EXPECT_EQ(Set("\xC3\x84", "capital"), Ok);
+    EXPECT_EQ(Query("\xC3\xA4"), std::nullopt);
+    EXPECT_EQ(Set("\xC3\xA4", "small"), Ok);
+    EXPECT_EQ(Query("\xC3\x84"), (Stored{REG_BINARY, "capital"}));
+}
+
+TEST_F(RegistryContractTest, AValueNameHasUpTo16383Characters) {
+    std::string const longest(16383, 'v');
+    EXPECT_EQ(Set(longest, "x"), Ok);
+    EXPECT_EQ(Query(longest), (Stored{REG_BINARY, "x"}));
+    EXPECT_EQ(Set(longest + 'v', "x"), InvalidParameter);
+    EXPECT_EQ(Query(longest + 'v'), std::nullopt);
+    EXPECT_EQ(RegDeleteValueA(m_Key, (longest + 'v').c_str()), NotFound);
+    EXPECT_EQ(RegDeleteValueA(m_Key, longest.c_str()), Ok);
+}
+
+TEST_F(RegistryContractTest, ALargeValueIsKept) {
+    Bytes large(60000, '\0');
+    for (std::size_t i = 0; i != large.size(); ++i)
+        large[i] = static_cast<char>(i * 7);
+    EXPECT_EQ(Set("Large", large), Ok);
+    EXPECT_EQ(Query("Large"), (Stored{REG_BINARY, large}));
+}
+
+TEST_F(RegistryContractTest, WritingAgainReplacesTypeAndData) {
+    EXPECT_EQ(Set("X", "12345678", REG_BINARY), Ok);
+    EXPECT_EQ(Set("X", Bytes("a\0", 2), REG_SZ), Ok);
+    EXPECT_EQ(Query("X"), (Stored{REG_SZ, Bytes("a\0", 2)}));
+}
+
+TEST_F(RegistryContractTest, ADeletedValueIsGoneAndItsKeyStays) {
+    EXPECT_EQ(Set("X", "1"), Ok);
+    EXPECT_EQ(RegDeleteValueA(m_Key, "x"), Ok);
+    EXPECT_EQ(RegDeleteValueA(m_Key, "X"), NotFound);
+    EXPECT_EQ(Query("X"), std::nullopt);
+    EXPECT_EQ(Opening("Software\\Contract"), Ok);
+}
+
+TEST_F(RegistryContractTest, AWalkMeetsEveryValueOnce) {
+    for (char const * const name : {"C", "a", "B"})
+        EXPECT_EQ(Set(name, "1"), Ok);
+    EXPECT_EQ(SortedNames(m_Key), (std::vector<std::string>{"B", "C", "a"}));
+}
+
+TEST_F(RegistryContractTest, AWalkGoesInTheOrderOfFirstWriting) {
+    if (UnderWine()) GTEST_SKIP() << "Wine sorts by name";
+    for (char const * const name : {"C", "a", "B", "c", "A"})
+        EXPECT_EQ(Set(name, "1"), Ok);
+    EXPECT_EQ(Names(m_Key), (std::vector<std::string>{"C", "a", "B"}));
+    EXPECT_EQ(RegDeleteValueA(m_Key, "C"), Ok);
+    EXPECT_EQ(Set("c", "1"), Ok);
+    EXPECT_EQ(Names(m_Key), (std::vector<std::string>{"a", "B", "c"}));
+}
+
+// One step of a walk, with rooms of these sizes filled with '#'.
+struct Step {
+    Step(HKEY key, DWORD index, DWORD nameRoom, DWORD dataRoom)
+        : nameSize(nameRoom), size(dataRoom) {
+        auto * const bytes = reinterpret_cast<BYTE *>(data.data());
+        result = RegEnumValueA(key, index, name.data(), &nameSize, nullptr, &type, bytes, &size);
+    }
+
+    std::string name = std::string(300, '#');
+    std::string data = std::string(300, '#');
+    DWORD nameSize;
+    DWORD size;
+    DWORD type = 99;
+    LSTATUS result;
+};
+
+TEST_F(RegistryContractTest, AStepOfAWalkGivesNameTypeAndData) {
+    EXPECT_EQ(Set("Name", "data"), Ok);
+    Step const step(m_Key, 0, 5, 4);
+    EXPECT_EQ(step.result, Ok);
+    EXPECT_EQ(step.name.substr(0, 6), std::string("Name\0#", 6));
+    EXPECT_EQ(step.nameSize, 4u);
+    EXPECT_EQ(step.type, static_cast<DWORD>(REG_BINARY));
+    EXPECT_EQ(step.data.substr(0, 5), "data#");
+    EXPECT_EQ(step.size, 4u);
+}
+
+TEST_F(RegistryContractTest, AStepBehindTheLastValueTouchesNothing) {
+    EXPECT_EQ(Set("Name", "data"), Ok);
+    for (DWORD const index : {1u, 2u, 0xFFFFFFFFu}) {
+        Step const step(m_Key, index, 300, 300);
+        EXPECT_EQ(step.result, NoMoreItems);
+        EXPECT_EQ(step.name + step.data, std::string(600, '#'));
+        EXPECT_EQ(step.type, 99u);
+    }
+}
+
+TEST_F(RegistryContractTest, AStepWithTooLittleRoomForTheDataGivesTypeAndSize) {
+    EXPECT_EQ(Set("Name", "12345"), Ok);
+    Step const step(m_Key, 0, 300, 4);
+    EXPECT_EQ(step.result, MoreData);
+    EXPECT_EQ(step.type, static_cast<DWORD>(REG_BINARY));
+    EXPECT_EQ(step.size, 5u);
+    EXPECT_EQ(step.name + step.data, std::string(600, '#'));
+}
+
+TEST_F(RegistryContractTest, AStepWithTooLittleRoomForTheNameGivesTypeAndData) {
+    EXPECT_EQ(Set("Name", "12345"), Ok);
+    Step const step(m_Key, 0, 4, 300);
+    EXPECT_EQ(step.result, MoreData);
+    EXPECT_EQ(step.type, static_cast<DWORD>(REG_BINARY));
+    EXPECT_EQ(step.data.substr(0, 6), "12345#");
+}
+
+TEST_F(RegistryContractTest, AWalkRefusesMissingAndReservedArguments) {
+    EXPECT_EQ(Set("Name", "1"), Ok);
+    char name[16];
+    BYTE data[16];
+    DWORD size = sizeof name;
+    DWORD reserved = 0;
+    auto const step = [&](char * text, DWORD * textSize, DWORD * other, BYTE * bytes) {
+        return RegEnumValueA(m_Key, 0, text, textSize, other, nullptr, bytes, nullptr);
+    };
+    EXPECT_EQ(step(nullptr, &size, nullptr, nullptr), InvalidParameter);
+    EXPECT_EQ(step(name, nullptr, nullptr, nullptr), InvalidParameter);
+    EXPECT_EQ(step(name, &size, &reserved, nullptr), InvalidParameter);
+    EXPECT_EQ(step(name, &size, nullptr, data), InvalidParameter);
+    EXPECT_EQ(step(name, &size, nullptr, nullptr), Ok);
+}
+
+TEST_F(RegistryContractTest, AHandleGivesTheRightsThatItWasOpenedWith) {
+    EXPECT_EQ(Set("X", "1"), Ok);
+    HKEY const reader = Open("Software\\Contract", KEY_READ);
+    EXPECT_EQ(SetIn(reader, "X", REG_BINARY, "2"), Denied);
+    EXPECT_EQ(RegDeleteValueA(reader, "X"), Denied);
+    EXPECT_EQ(QueryIn(reader, "X"), (Stored{REG_BINARY, "1"}));
+    HKEY const writer = Open("Software\\Contract", KEY_WRITE);
+    EXPECT_EQ(RegQueryValueExA(writer, "X", nullptr, nullptr, nullptr, nullptr), Denied);
+    EXPECT_EQ(Step(writer, 0, 300, 300).result, Denied);
+    EXPECT_EQ(SetIn(writer, "X", REG_BINARY, "2"), Ok);
+    HKEY const none = Create("Software\\Contract", 0);
+    EXPECT_EQ(SetIn(none, "X", REG_BINARY, "3"), Denied);
+    EXPECT_EQ(RegQueryValueExA(none, "X", nullptr, nullptr, nullptr, nullptr), Denied);
+    EXPECT_EQ(Query("X"), (Stored{REG_BINARY, "2"}));
+}
+
+TEST_F(RegistryContractTest, AKeyWithSubkeysIsNotDeleted) {
+    EXPECT_EQ(Creating(m_Key, "Sub"), Creation(Ok, REG_CREATED_NEW_KEY));
+    EXPECT_EQ(RegDeleteKeyA(HKEY_LOCAL_MACHINE, "Software\\Contract"), Denied);
+    EXPECT_EQ(Opening(m_Key, "Sub"), Ok);
+    EXPECT_EQ(RegDeleteKeyA(m_Key, "sub"), Ok);
+    EXPECT_EQ(RegDeleteKeyA(m_Key, "Sub"), NotFound);
+    EXPECT_EQ(RegDeleteKeyA(HKEY_LOCAL_MACHINE, "Software\\Contract"), Ok);
+    EXPECT_EQ(Opening("Software\\Contract"), NotFound);
+    EXPECT_EQ(Opening("Software"), Ok);
+}
+
+TEST_F(RegistryContractTest, DeletingAKeyNeedsAPathAndAnEmptyOneIsTheKeyItself) {
+    EXPECT_EQ(RegDeleteKeyA(m_Key, nullptr), InvalidParameter);
+    EXPECT_EQ(RegDeleteKeyA(m_Key, ""), Ok);
+    EXPECT_EQ(Opening("Software\\Contract"), NotFound);
+}
+
+TEST_F(RegistryContractTest, ADeletedKeyTakesItsValuesWithIt) {
+    EXPECT_EQ(Set("X", "1"), Ok);
+    EXPECT_EQ(RegDeleteKeyA(HKEY_LOCAL_MACHINE, "Software\\Contract"), Ok);
+    HKEY const again = Create("Software\\Contract");
+    EXPECT_EQ(QueryIn(again, "X"), std::nullopt);
+    EXPECT_TRUE(Names(again).empty());
+}
+
+TEST_F(RegistryContractTest, AHandleOfADeletedKeyIsGoodForClosingOnly) {
+    EXPECT_EQ(Set("X", "1"), Ok);
+    EXPECT_EQ(RegDeleteKeyA(HKEY_LOCAL_MACHINE, "Software\\Contract"), Ok);
+    Create("Software\\Contract");
+    EXPECT_EQ(RegQueryValueExA(m_Key, "X", nullptr, nullptr, nullptr, nullptr), KeyDeleted);
+    EXPECT_EQ(Set("X", "1"), KeyDeleted);
+    EXPECT_EQ(RegDeleteValueA(m_Key, "X"), KeyDeleted);
+    EXPECT_EQ(Step(m_Key, 0, 300, 300).result, KeyDeleted);
+    EXPECT_EQ(Opening(m_Key, "Sub"), KeyDeleted);
+    EXPECT_EQ(Opening(m_Key, ""), KeyDeleted);
+    EXPECT_EQ(Creating(m_Key, "Sub").first, KeyDeleted);
+    EXPECT_EQ(RegDeleteKeyA(m_Key, ""), KeyDeleted);
+}
+
+TEST_F(RegistryContractTest, AClosedHandleIsRefused) {
+    HKEY key = nullptr;
+    ASSERT_EQ(RegOpenKeyExA(m_Key, "", 0, Everything, &key), Ok);
+    EXPECT_EQ(RegCloseKey(key), Ok);
+    EXPECT_EQ(RegCloseKey(key), InvalidHandle);
+    EXPECT_EQ(RegQueryValueExA(key, "X", nullptr, nullptr, nullptr, nullptr), InvalidHandle);
+    EXPECT_EQ(SetIn(key, "X", REG_BINARY, "1"), InvalidHandle);
+    EXPECT_EQ(RegDeleteValueA(key, "X"), InvalidHandle);
+    EXPECT_EQ(RegDeleteKeyA(key, "X"), InvalidHandle);
+    EXPECT_EQ(Opening(key, "X"), InvalidHandle);
+    EXPECT_EQ(Creating(key, "X").first, InvalidHandle);
+    EXPECT_EQ(Step(key, 0, 300, 300).result, InvalidHandle);
+}
+
+TEST_F(RegistryContractTest, WhatIsNoKeyIsRefused) {
+    HANDLE const event = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+    for (HKEY const key : {HKEY{}, reinterpret_cast<HKEY>(0x1234568), static_cast<HKEY>(event)}) {
+        EXPECT_EQ(RegQueryValueExA(key, "X", nullptr, nullptr, nullptr, nullptr), InvalidHandle);
+        EXPECT_EQ(Opening(key, "X"), InvalidHandle);
+    }
+    EXPECT_EQ(RegCloseKey(nullptr), InvalidHandle);
+    EXPECT_EQ(RegCloseKey(reinterpret_cast<HKEY>(0x1234568)), InvalidHandle);
+    CloseHandle(event);
+}
+
+TEST_F(RegistryContractTest, APredefinedKeyStaysOpen) {
+    EXPECT_EQ(RegCloseKey(HKEY_LOCAL_MACHINE), Ok);
+    EXPECT_EQ(Opening("Software\\Contract"), Ok);
+}
+
+TEST_F(RegistryContractTest, ManyHandlesOfOneKeyAreIndependent) {
+    HKEY const other = Open("Software\\Contract", Everything);
+    EXPECT_NE(other, m_Key);
+    EXPECT_EQ(Set("X", "1"), Ok);
+    EXPECT_EQ(QueryIn(other, "X"), (Stored{REG_BINARY, "1"}));
+    EXPECT_EQ(SetIn(other, "X", REG_BINARY, "2"), Ok);
+    EXPECT_EQ(Query("X"), (Stored{REG_BINARY, "2"}));
+}
+
+// The text, and the code of a refusal.
+std::pair<std::string, DWORD> TextOf(DWORD code) {
+    char * text = nullptr;
+    SetLastError(0);
+    DWORD const length = FormatMessageA(
+        FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM, nullptr, code, 1024,
+        reinterpret_cast<char *>(&text), 0, nullptr);
+    std::string const copy(text != nullptr ? text : "");
+    EXPECT_EQ(copy.size(), length);
+    EXPECT_EQ(LocalFree(text), nullptr);
+    return {copy, length != 0 ? 0 : GetLastError()};
+}
+
+TEST(ErrorTextTest, EveryCodeOfTheRegistryHasATextWithALineEnd) {
+    for (DWORD const code :
+         {0, 1, 2, 5, 6, 8, 18, 87, 112, 161, 170, 234, 259, 998, 1011, 1015, 1016, 1017, 1018}) {
+        SCOPED_TRACE(code);
+        auto const [text, error] = TextOf(code);
+        EXPECT_EQ(error, 0u);
+        EXPECT_GT(text.size(), 3u);
+        EXPECT_TRUE(text.ends_with("\r\n"));
+    }
+}
+
+TEST(ErrorTextTest, ACodeWithoutATextGivesNone) {
+    EXPECT_EQ(TextOf(99999), std::pair(std::string(), DWORD{317}));
+}
+
+TEST(ErrorTextTest, TheTextsAreThoseOfWindows) {
+    if (UnderWine()) GTEST_SKIP() << "Wine words them in its own way";
+    EXPECT_EQ(TextOf(0).first, "The operation completed successfully.\r\n");
+    EXPECT_EQ(TextOf(1).first, "Incorrect function.\r\n");
+    EXPECT_EQ(TextOf(2).first, "The system cannot find the file specified.\r\n");
+    EXPECT_EQ(TextOf(5).first, "Access is denied.\r\n");
+    EXPECT_EQ(TextOf(6).first, "The handle is invalid.\r\n");
+    EXPECT_EQ(TextOf(18).first, "There are no more files.\r\n");
+    EXPECT_EQ(TextOf(87).first, "The parameter is incorrect.\r\n");
+    EXPECT_EQ(TextOf(234).first, "More data is available.\r\n");
+    EXPECT_EQ(TextOf(259).first, "No more data is available.\r\n");
+}
+
+} // namespace
