@@ -138,8 +138,8 @@ TEST_F(CAppStateVifTest, ThreeNamesMakeThreeNumberedValues) {
     EXPECT_EQ(StoredList(), (Texts{"1=a.xml", "2=b.xml", "3=c.xml"}));
     Choose({"d.xml"});
     CAppState::WriteDFPVifsToRegistry();
-    EXPECT_EQ(StoredList(), Texts{"1=d.xml"});
     EXPECT_EQ(GetLastRegErrCode(), 0);
+    EXPECT_EQ(StoredList(), Texts{"1=d.xml"});
 }
 
 TEST_F(CAppStateVifTest, NumbersTakeNoIndent) {

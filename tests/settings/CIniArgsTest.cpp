@@ -9,6 +9,7 @@
 #include <string>
 
 #include "settings/ReadCases.h"
+#include "settings/ReadTable.h"
 
 namespace {
 
@@ -197,6 +198,24 @@ TEST_F(CIniArgsTest, BoolReadTakesANumberOrAWord) {
         SCOPED_TRACE(stored);
         Store(stored);
         EXPECT_EQ(Read<bool>(), read);
+    }
+}
+
+TEST_F(CIniArgsTest, EveryTextOfTheTableReadsAsItSaysUnderEveryType) {
+    for (auto const & [stored, asSigned, asUnsigned, asBool] : readtable::cases) {
+        SCOPED_TRACE(stored);
+        Store(stored);
+        EXPECT_EQ(Read<long long>(), asSigned);
+        EXPECT_EQ(Read<unsigned long long>(), asUnsigned);
+        EXPECT_EQ(Read<bool>(), asBool);
+        EXPECT_EQ(Read<int>().has_value(), asSigned.has_value());
+        auto const bits = static_cast<std::uint64_t>(asSigned.value_or(0));
+        EXPECT_EQ(Read<int>().value_or(0), static_cast<int>(bits));
+        EXPECT_EQ(Read<unsigned int>().value_or(0), static_cast<unsigned int>(bits));
+        EXPECT_EQ(Read<short>().value_or(0), static_cast<short>(bits));
+        EXPECT_EQ(Read<unsigned short>().value_or(0), static_cast<unsigned short>(bits));
+        EXPECT_EQ(Read<signed char>().value_or(0), static_cast<signed char>(bits));
+        EXPECT_EQ(Read<unsigned char>().value_or(0), static_cast<unsigned char>(bits));
     }
 }
 
