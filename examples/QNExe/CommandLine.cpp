@@ -83,14 +83,45 @@ struct Raw {
     std::string verbosity;
     std::string view;
     bool onlyFailures = false;
+    std::string settings;
+    std::vector<std::string> set;
+    std::string device;
+    std::string ufpVif;
+    std::vector<std::string> dfpVifs;
+    bool showSettings = false;
 };
+
+void DescribeSettings(CLI::App & app, Raw & raw) {
+    app.add_option("--settings", raw.settings, "A file of settings: [section], key=value")
+        ->type_name("FILE");
+    app.add_option("--set", raw.set, "One setting, above the file's: section.key=value")
+        ->allow_extra_args(false)
+        ->check(WhatIsWrongWithSetting)
+        ->type_name("SETTING");
+    app.add_option(
+           "--dut", raw.device,
+           "The device under test, kept for later runs: "
+           "tid=...,testbed=...,room=...,comments=...; an empty word forgets it")
+        ->check(WhatIsWrongWithDevice)
+        ->type_name("DEVICE");
+    app.add_option(
+           "--ufp-vif", raw.ufpVif,
+           "The UFP VIF file, kept for later runs; an empty name forgets it")
+        ->type_name("FILE");
+    app.add_option(
+           "--dfp-vif", raw.dfpVifs,
+           "The DFP VIF files, kept for later runs; an empty name alone forgets them")
+        ->type_name("FILE");
+    app.add_flag(
+        "--show-settings", raw.showSettings,
+        "Show all settings and where they come from, instead of a run");
+}
 
 void Describe(CLI::App & app, Raw & raw) {
     app.name("QNExe");
     app.set_help_flag("--help", "Show this text");
     app.set_version_flag("--version", "QNExe " QNEXE_VERSION, "Show the version");
     app.add_option("--suite", raw.suite, "The test suite to run, a shared library")
-        ->required()
         ->check(CheckNotEmpty)
         ->type_name("FILE");
     app.add_option("--recordings", raw.recordings, "Recorded devices that the suite reads")
@@ -105,6 +136,7 @@ void Describe(CLI::App & app, Raw & raw) {
         ->check(CheckView)
         ->type_name("VIEW");
     app.add_flag("--only-failures", raw.onlyFailures, "Leave out the entries of tests that pass");
+    DescribeSettings(app, raw);
     app.footer("Exit code: 0 passed, 1 failed, 2 no test ran, 3 aborted by the operator, "
                "4 could not run.");
 }
@@ -112,6 +144,26 @@ void Describe(CLI::App & app, Raw & raw) {
 std::optional<std::string> IfGiven(CLI::App const & app, char const * option, std::string value) {
     if (app.count(option) == 0) return std::nullopt;
     return value;
+}
+
+std::string Joined(std::vector<std::string> const & words) {
+    std::string text;
+    for (std::string const & word : words)
+        text += (text.empty() ? "" : ";") + word;
+    return text;
+}
+
+void TakeSettings(CLI::App const & app, Raw const & raw, HostOptions & options) {
+    options.settings = IfGiven(app, "--settings", raw.settings);
+    for (std::string const & word : raw.set)
+        options.set.push_back(*ReadSetting(word));
+    if (app.count("--dut") != 0) options.device = ReadDevice(raw.device);
+    options.ufpVif = IfGiven(app, "--ufp-vif", raw.ufpVif);
+    if (app.count("--dfp-vif") != 0) options.dfpVifs = raw.dfpVifs;
+    options.showSettings = raw.showSettings;
+    for (CLI::Option const * const option : app.get_options())
+        if (option->count() != 0)
+            options.given.emplace_back(option->get_single_name(), Joined(option->results()));
 }
 
 HostOptions OptionsOf(CLI::App const & app, Raw const & raw) {
@@ -122,6 +174,7 @@ HostOptions OptionsOf(CLI::App const & app, Raw const & raw) {
     options.verbosity = LevelOf(raw.verbosity).value_or(Normal);
     options.view = ViewOf(raw.view).value_or(LogView::Auto);
     options.onlyFailures = raw.onlyFailures;
+    TakeSettings(app, raw, options);
     return options;
 }
 
@@ -143,6 +196,7 @@ ReadCommandLine(std::vector<std::string> const & arguments) {
     Describe(app, raw);
     try {
         Parse(app, arguments);
+        if (!raw.showSettings && app.count("--suite") == 0) throw CLI::RequiredError("--suite");
     } catch (CLI::CallForHelp const &) {
         return CommandLineReply{app.help() + '\n', false};
     } catch (CLI::CallForVersion const & version) {

@@ -5,9 +5,11 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
+#include "examples/QNExe/settings/SettingWords.h"
 #include "log/TestStatus.h"
 
 enum class LogView {
@@ -20,7 +22,7 @@ enum class LogView {
 };
 
 struct HostOptions {
-    // The shared library with the suite; never empty.
+    // The shared library with the suite; empty only with showSettings.
     std::string suite;
 
     // Where the suite finds recorded devices, for suites that read them.
@@ -35,6 +37,22 @@ struct HostOptions {
 
     // Entries of tests that pass are left out of the log.
     bool onlyFailures = false;
+
+    // A file of settings, and settings that stand above it.
+    std::optional<std::string> settings;
+    std::vector<Setting> set;
+
+    // What is to be kept of the device under test and of the VIF files. A device without any word,
+    // an empty file and an empty list remove what was kept.
+    std::optional<DeviceWords> device;
+    std::optional<std::string> ufpVif;
+    std::optional<std::vector<std::string>> dfpVifs;
+
+    // Instead of a run the settings are shown.
+    bool showSettings = false;
+
+    // Each option that was given, by its name without the dashes, with its words.
+    std::vector<std::pair<std::string, std::string>> given;
 };
 
 // What to tell the caller instead of running: help and version on standard output, a usage error

@@ -1,12 +1,14 @@
 // One run of one suite, in the order in which the library wants to be called.
 #include "examples/QNExe/Host.h"
 
+#include <cstdio>
 #include <exception>
 #include <stdexcept>
 #include <thread>
 #include <vector>
 
 #include "app/CAppState.h"
+#include "examples/QNExe/ProgramName.h"
 #include "examples/QNExe/TestEngine.h"
 #include "examples/QNExe/view/LogFile.h"
 #include "examples/QNExe/view/Terminal.h"
@@ -15,8 +17,6 @@
 #include "output/CUIUpdate.h"
 
 namespace {
-
-constexpr char ProgramName[] = "QNExe";
 
 // The look of text that names none. It specifies everything that a log changes, so that a return to
 // it undoes every change.
@@ -99,6 +99,7 @@ Host::LibraryState::~LibraryState() {
 
 Host::Host(HostOptions const & options)
     : m_Options(options),
+      m_Settings(m_Options),
       m_View(IsFormatted(options.view) ? std::make_unique<FormattedView>(stderr) : nullptr),
       m_Window(m_View.get()),
       m_Library(options.suite) {
@@ -109,10 +110,8 @@ Host::Host(HostOptions const & options)
 }
 
 void Host::FillState() {
-    m_IniArgs.AddArg("Quillon", "ProgramName", ProgramName);
-    if (m_Options.recordings) m_IniArgs.AddArg("Suite", "Recordings", *m_Options.recordings);
-    CAppState::SetIniArgs(m_IniArgs);
-    CAppState::ApplicationName(ProgramName);
+    for (std::string const & warning : m_Settings.Warnings())
+        std::fprintf(stderr, "%s: %s\n", ProgramName, warning.c_str());
     CAppState::AppTitle(ProgramName);
     CAppState::QNLogVerbosityLevel(m_Options.verbosity);
     CAppState::MainWindowHandle(m_Window.Handle());

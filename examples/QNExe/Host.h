@@ -12,10 +12,10 @@
 #include "examples/QNExe/ExitCode.h"
 #include "examples/QNExe/HostWindow.h"
 #include "examples/QNExe/SuiteLibrary.h"
+#include "examples/QNExe/settings/RunSettings.h"
 #include "examples/QNExe/view/FormattedView.h"
 #include "log/CMXLog.h"
 #include "output/COutputBuffer.h"
-#include "settings/CIniArgs.h"
 #include "siblings/QuillonLog.h"
 
 class Host {
@@ -44,7 +44,7 @@ private:
 
     HostOptions m_Options;
     LibraryState m_State;
-    CIniArgs m_IniArgs;
+    RunSettings m_Settings;
     COutputBuffer m_Output;
     CTestSuiteLog m_SuiteLog;
     // Only for a formatted log.

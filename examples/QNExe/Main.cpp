@@ -8,6 +8,7 @@
 #include "examples/QNExe/CommandLine.h"
 #include "examples/QNExe/ExitCode.h"
 #include "examples/QNExe/Host.h"
+#include "examples/QNExe/settings/RunSettings.h"
 
 namespace {
 
@@ -18,6 +19,7 @@ ExitCode Answer(CommandLineReply const & reply) {
 
 ExitCode Run(HostOptions const & options) {
     try {
+        if (options.showSettings) return Answer({SettingsText(options), false});
         return Host(options).Run();
     } catch (std::exception const & failure) {
         std::fprintf(stderr, "QNExe: %s\n", failure.what());

@@ -14,6 +14,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/ChildProcess.h"
+#include "platform/RegistryScope.h"
 
 // Bytes of a log as a text that does not depend on platform and clock.
 std::string Normalized(std::string const & bytes);
@@ -53,6 +54,8 @@ protected:
     Result RunSuite(std::string const & name) { return Run({"--suite", Suite(name)}); }
 
 private:
+    // Off Windows the child's too: it sees nothing of the machine's settings.
+    RegistryScope m_Registry;
     std::filesystem::path m_Folder;
     std::unique_ptr<ChildProcess> m_Child;
 };

@@ -124,6 +124,50 @@ TEST(CommandLineTest, RepeatedOptionIsNamed) {
     EXPECT_THAT(Refusal({"--suite", "a.so", "--suite", "b.so"}), HasSubstr("--suite"));
 }
 
+TEST(CommandLineTest, SettingsComeInTheirOwnOptions) {
+    HostOptions const options = Options(
+        {"--suite", "s.so", "--settings", "my.ini", "--set", "a.b=1", "--set", "c.d=x y", "--dut",
+         "tid=5,room=B", "--ufp-vif", "u.xml", "--dfp-vif", "a.xml", "b.xml"});
+    EXPECT_EQ(options.settings, "my.ini");
+    EXPECT_EQ(options.set, (std::vector<Setting>{{"a", "b", "1"}, {"c", "d", "x y"}}));
+    EXPECT_EQ(options.device, (DeviceWords{"5", std::nullopt, "B", std::nullopt}));
+    EXPECT_EQ(options.ufpVif, "u.xml");
+    EXPECT_EQ(options.dfpVifs, (std::vector<std::string>{"a.xml", "b.xml"}));
+    EXPECT_FALSE(options.showSettings);
+    std::vector<std::pair<std::string, std::string>> const given = {
+        {"suite", "s.so"},       {"settings", "my.ini"}, {"set", "a.b=1;c.d=x y"},
+        {"dut", "tid=5,room=B"}, {"ufp-vif", "u.xml"},   {"dfp-vif", "a.xml;b.xml"}};
+    EXPECT_EQ(options.given, given);
+}
+
+TEST(CommandLineTest, WithoutSettingsOptionsNothingIsSet) {
+    HostOptions const options = Options({"--suite", "s.so"});
+    EXPECT_EQ(options.settings, std::nullopt);
+    EXPECT_TRUE(options.set.empty());
+    EXPECT_EQ(options.device, std::nullopt);
+    EXPECT_EQ(options.ufpVif, std::nullopt);
+    EXPECT_EQ(options.dfpVifs, std::nullopt);
+}
+
+TEST(CommandLineTest, EmptyWordsForgetWhatWasKept) {
+    HostOptions const options =
+        Options({"--suite", "s.so", "--dut", "", "--ufp-vif", "", "--dfp-vif", ""});
+    EXPECT_EQ(options.device, DeviceWords{});
+    EXPECT_EQ(options.ufpVif, "");
+    EXPECT_EQ(options.dfpVifs, std::vector<std::string>{""});
+}
+
+TEST(CommandLineTest, SettingsThatCannotBeReadAreRefused) {
+    EXPECT_EQ(
+        Refusal({"--suite", "s.so", "--set", "a=b"}),
+        "QNExe: --set: \"a=b\" is no setting: give section.key=value.\n");
+    EXPECT_THAT(Refusal({"--suite", "s.so", "--dut", "id=5"}), HasSubstr("is no device"));
+}
+
+TEST(CommandLineTest, SettingsAreShownWithoutASuite) {
+    EXPECT_TRUE(Options({"--show-settings"}).showSettings);
+}
+
 TEST(CommandLineTest, VersionIsTheProjects) {
     auto const [text, isError] = Reply({"--version"});
     EXPECT_EQ(text, "QNExe " PROJECT_VERSION "\n");
@@ -136,7 +180,8 @@ TEST(CommandLineTest, HelpNamesEveryOptionAndExitCode) {
     EXPECT_TRUE(text.ends_with('\n'));
     for (char const * part :
          {"QNExe", "--suite FILE", "--recordings DIR", "--log FILE", "--verbosity LEVEL",
-          "--only-failures", "--help", "--version",
+          "--only-failures", "--help", "--version", "--settings FILE", "--set SETTING",
+          "--dut DEVICE", "--ufp-vif FILE", "--dfp-vif FILE", "--show-settings",
           "0 passed, 1 failed, 2 no test ran, 3 aborted by the operator, 4 could not run"})
         EXPECT_THAT(text, HasSubstr(part));
 }

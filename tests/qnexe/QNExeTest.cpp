@@ -45,6 +45,27 @@ TEST_F(QNExeTest, TestsThatPassEndWith0) {
                 + Summary("Fails (0); Aborts (0); Warnings (1)", 2, 0)}));
 }
 
+TEST_F(QNExeTest, SettingsAreShownWithWhereTheyComeFrom) {
+    std::ofstream(File("my.ini")) << "[Suite]\nPorts=4\nSpeed=5\n";
+    std::string const file = File("my.ini");
+    EXPECT_EQ(
+        Run({"--show-settings", "--settings", file, "--set", "Suite.Speed=6"}),
+        (Result{
+            0,
+            "--set=Suite.Speed=6  # command line\n--settings=" + file
+                + "  # command line\n--show-settings=true  # command line\n"
+                  "quillon.programname=QNExe  # built in\nsuite.ports=4  # "
+                + file + "\nsuite.speed=6  # --set\n",
+            ""}));
+}
+
+TEST_F(QNExeTest, ASettingsFileThatIsNotThereKeepsTheSuiteFromRunning) {
+    ExpectRefusal(
+        Run({"--suite", Suite("passing"), "--settings", File("none.ini")}),
+        "QNExe: the settings file \"",
+        "cannot be opened. Give --settings a file that may be read.\n");
+}
+
 TEST_F(QNExeTest, TestThatFailsEndsWith1AndDoesNotSpoilTheNext) {
     EXPECT_EQ(RunSuite("failing"), (Result{1, "", FailingLog()}));
 }
