@@ -1,6 +1,7 @@
 // The registry's file off Windows: where it lies, who may use it, and what is refused untouched.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <filesystem>
@@ -10,6 +11,8 @@
 #include <optional>
 #include <string>
 #include <thread>
+#include <utility>
+#include <vector>
 
 #include <sqlite3.h>
 #include <sys/stat.h>
@@ -344,6 +347,32 @@ TEST_F(RegistryStoreTest, AChangeFromOutsideIsSeenAtOnce) {
     EXPECT_EQ(InChild([] { return RegDeleteKeyA(HKEY_LOCAL_MACHINE, Path); }), 0);
     EXPECT_EQ(Query(key.key, "Value", text), 1018);
     EXPECT_EQ(Read(), "<2>");
+}
+
+TEST_F(RegistryStoreTest, WhatIsKeptInMemoryHoldsBetweenOwnAndForeignChanges) {
+    auto const write = [](char const * name, std::string const & text) {
+        return Write(HKEY_LOCAL_MACHINE, Path, name, text);
+    };
+    EXPECT_EQ(write("Own", "0"), 0);
+    EXPECT_EQ(write("Foreign", "0"), 0);
+    Key const key(HKEY_LOCAL_MACHINE, Path);
+    for (int round = 1; round != 6; ++round) {
+        SCOPED_TRACE(round);
+        std::string const text = std::to_string(round);
+        std::string read;
+        EXPECT_EQ(Query(key.key, "Own", read) + Query(key.key, "Foreign", read), 0);
+        if (round % 2 == 0) {
+            EXPECT_EQ(write("Own", text), 0);
+        }
+        EXPECT_EQ(InChild([&] { return write("Foreign", text); }), 0);
+        if (round % 3 != 0) {
+            EXPECT_EQ(write("Own", text), 0);
+        }
+        EXPECT_EQ(Query(key.key, "Foreign", read), 0);
+        EXPECT_EQ(read, text);
+        EXPECT_EQ(Query(key.key, "Own", read), 0);
+        EXPECT_EQ(read, round == 3 ? "2" : text);
+    }
 }
 
 TEST_F(RegistryStoreTest, ARemovedFileIsAnEmptyRegistry) {
