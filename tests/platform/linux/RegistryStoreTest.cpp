@@ -198,6 +198,13 @@ TEST_F(RegistryStoreTest, ALaterVersionWithAWriteAheadLogIsRefused) {
     ExpectRefused(1017);
 }
 
+// Opening it would change it back.
+TEST_F(RegistryStoreTest, ARegistryWithAWriteAheadLogIsRefused) {
+    EXPECT_EQ(InChild([] { return Write("text"); }), 0);
+    Execute(m_Scope.File(), "PRAGMA journal_mode = WAL");
+    ExpectRefused(1017);
+}
+
 TEST_F(RegistryStoreTest, AnotherProgramsDatabaseIsRefused) {
     Execute(m_Scope.File(), "CREATE TABLE notes(text)");
     ExpectRefused(1017);
