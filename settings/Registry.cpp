@@ -191,13 +191,13 @@ bool TS_SetRegistryBinary(
 
 StringValues TS_GetAllStringValuesOfKey(HKEY key, char const * subkey, bool & ok) {
     ClearLastRegistryError();
-    // Deliberate: nothing sets it to true. Pinned by RegistryTest.ReadingAllTextsNeverSaysOk.
+    // Deliberate: nothing sets it to true. Pinned by RegistryKeyTest.ReadingAllTextsNeverSaysOk.
     ok = false;
     StringValues texts(new std::vector<CSafeString>, [](auto * owned) { delete owned; });
     HKEY opened = nullptr;
     if (Open(key, subkey, KEY_READ, opened) != static_cast<LSTATUS>(ERROR_SUCCESS)) {
         // Deliberate: the code 0 instead of the registry's own.
-        // Pinned by RegistryTest.AllTextsOfAMissingKeyAreNoneWithTheCodeZero.
+        // Pinned by RegistryKeyTest.AllTextsOfAMissingKeyAreNoneWithTheCodeZero.
         SetRegistryErrMsgString(ok);
         return texts;
     }
@@ -211,7 +211,7 @@ bool TS_CreateRegistryKey(HKEY key, char const * subkey, HKEY & out, unsigned lo
     HKEY opened = nullptr;
     DWORD created = 0;
     // Deliberate: a handle without any right.
-    // Pinned by RegistryTest.TheHandleOfACreatedKeyHasNoRights.
+    // Pinned by RegistryKeyTest.TheHandleOfACreatedKeyHasNoRights.
     if (!Succeeded(Create(key, subkey, 0, opened, created))) return false;
     out = opened;
     disposition = created;
@@ -222,7 +222,7 @@ bool TS_DeleteRegistryKey(HKEY key, char const * subkey) {
     ClearLastRegistryError();
     LSTATUS const result = RegDeleteKeyA(key, subkey);
     // Deliberate: a key that was not there counts as deleted, and still leaves its code.
-    // Pinned by RegistryTest.DeletingAMissingKeySucceedsWithTheCodeTwo.
+    // Pinned by RegistryKeyTest.DeletingAMissingKeySucceedsWithTheCodeTwo.
     return Succeeded(result) || result == static_cast<LSTATUS>(ERROR_FILE_NOT_FOUND);
 }
 

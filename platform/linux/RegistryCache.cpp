@@ -19,6 +19,14 @@ auto Find(Map const & map, Key const & key) {
     return found != map.end() ? &found->second : nullptr;
 }
 
+// The counter that the stamp begins with, high byte first.
+std::uint32_t ChangesOf(RegistryCache::Stamp const & stamp) {
+    std::uint32_t changes = 0;
+    for (std::size_t i = 0; i != sizeof changes; ++i)
+        changes = changes << 8 | stamp[i];
+    return changes;
+}
+
 } // namespace
 
 void RegistryCache::Turn(Stamp const & stamp) {
@@ -26,6 +34,16 @@ void RegistryCache::Turn(Stamp const & stamp) {
     Clear();
     m_Stamp = stamp;
     m_IsValid = true;
+}
+
+void RegistryCache::TurnAfterWriting(KeyId key, std::string const & name, Stamp const & stamp) {
+    if (m_IsValid && ChangesOf(stamp) == ChangesOf(m_Stamp) + 1) {
+        m_Values.erase(Label(key, name));
+        m_Numbers.erase(key);
+        m_Stamp = stamp;
+    } else {
+        Turn(stamp);
+    }
 }
 
 void RegistryCache::Clear() {

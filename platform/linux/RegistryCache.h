@@ -26,6 +26,10 @@ public:
     void Turn(Stamp const & stamp);
     void Clear();
 
+    // After the holder's own write of one value, which began at the last stamp: all else still
+    // holds if nobody came in between.
+    void TurnAfterWriting(KeyId key, std::string const & name, Stamp const & stamp);
+
     // Null: not read yet. Names match in any case of A to Z.
     KeyId const * FindKey(KeyId base, std::string const & path) const;
     Value const * FindValue(KeyId key, std::string const & name) const;

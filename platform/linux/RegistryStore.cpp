@@ -178,9 +178,15 @@ DWORD RegistryStore::ValueAt(KeyId key, std::size_t index, Value & value) {
     });
 }
 
+// A replaced value leaves keys and other values as they were read.
 DWORD RegistryStore::WriteValue(KeyId key, RegistryValue const & value) {
-    return Change([&](RegistryDatabase & database) -> DWORD {
+    return Guarded([&]() -> DWORD {
+        RegistryDatabase & database = ForWriting();
+        RegistryDatabase::Writing scope(database);
+        Fresh();
         database.WriteValue(key, value);
+        scope.Commit();
+        m_Cache.TurnAfterWriting(key, value.name, database.ReadStamp());
         return ERROR_SUCCESS;
     });
 }

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
+#include <random>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -38,9 +39,7 @@ std::vector<long> Acknowledged(ChildProcess const & child) {
 class RegistryProcessesTest : public testing::Test {
 protected:
     RegistryProcessesTest()
-        : m_Folder(
-            std::filesystem::temp_directory_path()
-            / ("registry-processes-" + std::to_string(OwnProcessId()))) {
+        : m_Folder(std::filesystem::temp_directory_path() / ("registry-processes-" + m_Number)) {
         std::filesystem::create_directories(m_Folder);
     }
     ~RegistryProcessesTest() override {
@@ -77,7 +76,13 @@ protected:
         }
     }
 
-    std::string const m_Path = "Software\\MorvexTests\\Processes" + std::to_string(OwnProcessId());
+    static std::string RandomNumber() {
+        std::random_device random;
+        return std::to_string(random()) + std::to_string(random());
+    }
+
+    std::string const m_Number = RandomNumber();
+    std::string const m_Path = "Software\\MorvexTests\\Processes" + m_Number;
     RegistryScope m_Scope;
 
 private:

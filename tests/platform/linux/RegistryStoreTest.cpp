@@ -1,6 +1,7 @@
 // The registry's file off Windows: where it lies, who may use it, and what is refused untouched.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <filesystem>
@@ -10,76 +11,20 @@
 #include <optional>
 #include <string>
 #include <thread>
+#include <utility>
+#include <vector>
 
 #include <sqlite3.h>
 #include <sys/stat.h>
-#include <sys/utsname.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include "platform/Environment.h"
 #include "platform/Registry.h"
 #include "platform/RegistryScope.h"
+#include "platform/linux/StoreAccess.h"
 
 namespace {
-
-namespace fs = std::filesystem;
-
-constexpr char Path[] = "Software\\Store";
-constexpr char SystemPath[] = "Software\\Microsoft\\Windows NT\\CurrentVersion";
-
-// An open key; what could not be opened tells its code.
-struct Key {
-    Key(HKEY root, char const * path, REGSAM access = KEY_READ)
-        : result(RegOpenKeyExA(root, path, 0, access, &key)) {}
-    Key(Key const &) = delete;
-    Key & operator=(Key const &) = delete;
-    ~Key() {
-        if (key != nullptr) RegCloseKey(key);
-    }
-
-    HKEY key = nullptr;
-    LSTATUS result;
-};
-
-LSTATUS Write(HKEY root, char const * path, char const * name, std::string const & text) {
-    HKEY key = nullptr;
-    LSTATUS result = RegCreateKeyExA(root, path, 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr);
-    if (result != 0) return result;
-    auto const * const data = reinterpret_cast<BYTE const *>(text.data());
-    result = RegSetValueExA(key, name, 0, REG_SZ, data, static_cast<DWORD>(text.size()));
-    RegCloseKey(key);
-    return result;
-}
-
-LSTATUS Write(std::string const & text) { return Write(HKEY_LOCAL_MACHINE, Path, "Value", text); }
-
-LSTATUS Query(HKEY key, char const * name, std::string & text) {
-    text.assign(1000, '\0');
-    auto size = static_cast<DWORD>(text.size());
-    auto * const data = reinterpret_cast<BYTE *>(text.data());
-    LSTATUS const result = RegQueryValueExA(key, name, nullptr, nullptr, data, &size);
-    text.resize(result == 0 ? size : 0);
-    return result;
-}
-
-// The text, or the code of a failure in angle brackets.
-std::string Read(HKEY root = HKEY_LOCAL_MACHINE, char const * path = Path) {
-    Key const key(root, path);
-    std::string text;
-    LSTATUS const result = key.result != 0 ? key.result : Query(key.key, "Value", text);
-    return result == 0 ? text : '<' + std::to_string(result) + '>';
-}
-
-std::string Contents(fs::path const & file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-void PutContents(fs::path const & file, std::string const & bytes) {
-    std::ofstream(file, std::ios::binary)
-        .write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-}
 
 mode_t ModeOf(fs::path const & path) {
     struct stat status = {};
@@ -253,6 +198,13 @@ TEST_F(RegistryStoreTest, ALaterVersionWithAWriteAheadLogIsRefused) {
     ExpectRefused(1017);
 }
 
+// Opening it would change it back.
+TEST_F(RegistryStoreTest, ARegistryWithAWriteAheadLogIsRefused) {
+    EXPECT_EQ(InChild([] { return Write("text"); }), 0);
+    Execute(m_Scope.File(), "PRAGMA journal_mode = WAL");
+    ExpectRefused(1017);
+}
+
 TEST_F(RegistryStoreTest, AnotherProgramsDatabaseIsRefused) {
     Execute(m_Scope.File(), "CREATE TABLE notes(text)");
     ExpectRefused(1017);
@@ -344,6 +296,32 @@ TEST_F(RegistryStoreTest, AChangeFromOutsideIsSeenAtOnce) {
     EXPECT_EQ(InChild([] { return RegDeleteKeyA(HKEY_LOCAL_MACHINE, Path); }), 0);
     EXPECT_EQ(Query(key.key, "Value", text), 1018);
     EXPECT_EQ(Read(), "<2>");
+}
+
+TEST_F(RegistryStoreTest, WhatIsKeptInMemoryHoldsBetweenOwnAndForeignChanges) {
+    auto const write = [](char const * name, std::string const & text) {
+        return Write(HKEY_LOCAL_MACHINE, Path, name, text);
+    };
+    EXPECT_EQ(write("Own", "0"), 0);
+    EXPECT_EQ(write("Foreign", "0"), 0);
+    Key const key(HKEY_LOCAL_MACHINE, Path);
+    for (int round = 1; round != 6; ++round) {
+        SCOPED_TRACE(round);
+        std::string const text = std::to_string(round);
+        std::string read;
+        EXPECT_EQ(Query(key.key, "Own", read) + Query(key.key, "Foreign", read), 0);
+        if (round % 2 == 0) {
+            EXPECT_EQ(write("Own", text), 0);
+        }
+        EXPECT_EQ(InChild([&] { return write("Foreign", text); }), 0);
+        if (round % 3 != 0) {
+            EXPECT_EQ(write("Own", text), 0);
+        }
+        EXPECT_EQ(Query(key.key, "Foreign", read), 0);
+        EXPECT_EQ(read, text);
+        EXPECT_EQ(Query(key.key, "Own", read), 0);
+        EXPECT_EQ(read, round == 3 ? "2" : text);
+    }
 }
 
 TEST_F(RegistryStoreTest, ARemovedFileIsAnEmptyRegistry) {
@@ -449,76 +427,6 @@ TEST_F(RegistryStoreTest, ValuesBeyondTheCachesLimitAreReadAsWell) {
             ASSERT_EQ(read, i < 60 ? text : "");
         }
     }
-}
-
-std::string SystemText(char const * name) {
-    Key const key(HKEY_LOCAL_MACHINE, SystemPath);
-    std::string text;
-    EXPECT_EQ(key.result, 0);
-    EXPECT_EQ(Query(key.key, name, text), 0);
-    return text;
-}
-
-TEST_F(RegistryStoreTest, TheSystemsNameIsThatOfTheDistribution) {
-    std::string const name = SystemText("productname");
-    ASSERT_TRUE(name.ends_with('\0'));
-    std::string const quoted = "PRETTY_NAME=\"" + std::string(name.c_str()) + "\"\n";
-    EXPECT_NE(Contents("/etc/os-release").find(quoted), std::string::npos);
-    EXPECT_TRUE(Folder().empty());
-}
-
-TEST_F(RegistryStoreTest, TheSystemsBuildIsThatOfTheKernel) {
-    utsname names;
-    ASSERT_EQ(uname(&names), 0);
-    EXPECT_EQ(
-        SystemText("BuildLabEx"), std::string(names.sysname) + ' ' + names.release + ' '
-                                      + names.version + ' ' + names.machine + '\0');
-}
-
-TEST_F(RegistryStoreTest, TheSystemsValuesAreWalkedInOrder) {
-    Key const key(HKEY_LOCAL_MACHINE, SystemPath);
-    for (auto const & [index, expected] :
-         {std::pair{0u, "ProductName"}, std::pair{1u, "BuildLabEx"}}) {
-        char name[32];
-        DWORD size = sizeof name;
-        DWORD type = 0;
-        EXPECT_EQ(RegEnumValueA(key.key, index, name, &size, nullptr, &type, nullptr, nullptr), 0);
-        EXPECT_STREQ(name, expected);
-        EXPECT_EQ(type, REG_SZ);
-    }
-    char name[32];
-    DWORD size = sizeof name;
-    EXPECT_EQ(RegEnumValueA(key.key, 2, name, &size, nullptr, nullptr, nullptr, nullptr), 259);
-}
-
-TEST_F(RegistryStoreTest, TheSystemsKeyCanOnlyBeRead) {
-    EXPECT_EQ(Write(HKEY_LOCAL_MACHINE, SystemPath, "ProductName", "x"), 5);
-    EXPECT_EQ(Write(HKEY_LOCAL_MACHINE, (std::string(SystemPath) + "\\Sub").c_str(), "A", "x"), 5);
-    EXPECT_EQ(RegDeleteKeyA(HKEY_LOCAL_MACHINE, SystemPath), 5);
-    Key const key(HKEY_LOCAL_MACHINE, "SOFTWARE\\microsoft\\WINDOWS nt\\CurrentVersion");
-    EXPECT_EQ(RegDeleteValueA(key.key, "ProductName"), 5);
-    std::string text;
-    EXPECT_EQ(Query(key.key, "Other", text), 2);
-    EXPECT_EQ(Key(key.key, "Sub").result, 2);
-    EXPECT_TRUE(Folder().empty());
-}
-
-TEST_F(RegistryStoreTest, TheSystemsKeyIsFoundBelowAnOpenKeyToo) {
-    EXPECT_EQ(Write(HKEY_LOCAL_MACHINE, "Software\\Microsoft", "Value", "x"), 0);
-    Key const parent(HKEY_LOCAL_MACHINE, "Software\\Microsoft");
-    Key const key(parent.key, "Windows NT\\CurrentVersion");
-    std::string text;
-    EXPECT_EQ(Query(key.key, "ProductName", text), 0);
-    EXPECT_EQ(Key(HKEY_CURRENT_USER, SystemPath).result, 2);
-}
-
-TEST(ErrorTextFlagsTest, OtherFlagsAreRefused) {
-    char * text = nullptr;
-    SetLastError(0);
-    EXPECT_EQ(
-        FormatMessageA(0x1300, nullptr, 2, 0, reinterpret_cast<char *>(&text), 0, nullptr), 0u);
-    EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
-    EXPECT_EQ(text, nullptr);
 }
 
 } // namespace
