@@ -8,6 +8,7 @@
 #include <array>
 #include <memory>
 #include <mutex>
+#include <thread>
 #include <utility>
 
 #include "app/CAppState.h"
@@ -101,6 +102,29 @@ BENCHMARK(SetASetEvent)->Name("HandOver/its event alone");
 BENCHMARK(MakeAndDestroy)->Name("Refused/limit");
 BENCHMARK(Refuse)->Name("Refused/morvex");
 
+// A process with one thread locks and counts without care, as none does that has a window and a
+// test.
+class SecondThread {
+public:
+    SecondThread() : m_Thread([this] { WaitForSingleObject(m_End, INFINITE); }) {}
+    SecondThread(SecondThread const &) = delete;
+    SecondThread & operator=(SecondThread const &) = delete;
+    ~SecondThread() {
+        SetEvent(m_End);
+        m_Thread.join();
+        CloseHandle(m_End);
+    }
+
+private:
+    HANDLE const m_End = CreateEventA(nullptr, 1, 0, nullptr);
+    std::thread m_Thread;
+};
+
 } // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char ** argv) {
+    SecondThread const window;
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

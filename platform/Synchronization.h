@@ -9,10 +9,15 @@
 
 #if !defined(_WIN32)
 
-#include <pthread.h>
+#include <atomic>
 
 struct CRITICAL_SECTION {
-    pthread_mutex_t mutex;
+    // 0: free, 1: held, 2: held, and others may wait for it.
+    std::atomic<int> state;
+    // Something that is the holder's alone; null while the section is free.
+    std::atomic<void const *> holder;
+    // How often the holder has entered; belongs to the holder.
+    DWORD depth;
 };
 
 union LARGE_INTEGER {

@@ -78,20 +78,6 @@ timespec AsTimespec(DWORD milliseconds) {
 
 } // namespace
 
-void InitializeCriticalSection(CRITICAL_SECTION * section) {
-    pthread_mutexattr_t attributes;
-    pthread_mutexattr_init(&attributes);
-    pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_RECURSIVE);
-    pthread_mutex_init(&section->mutex, &attributes);
-    pthread_mutexattr_destroy(&attributes);
-}
-
-void EnterCriticalSection(CRITICAL_SECTION * section) { pthread_mutex_lock(&section->mutex); }
-
-void LeaveCriticalSection(CRITICAL_SECTION * section) { pthread_mutex_unlock(&section->mutex); }
-
-void DeleteCriticalSection(CRITICAL_SECTION * section) { pthread_mutex_destroy(&section->mutex); }
-
 HANDLE
 CreateEventA(_SECURITY_ATTRIBUTES *, BOOL manualReset, BOOL initiallySet, char const * name) {
     if (name != nullptr) {
