@@ -123,7 +123,13 @@ XmlValidation::XmlValidation(std::shared_ptr<XmlSchema const> schema, Listener l
     xmlSchemaSetValidStructuredErrors(m_Validator.get(), OnError, this);
 }
 
+// When a document ends too early, the engine (2.9.14) clears its open elements only behind the
+// cache that it puts their keys into, and forgets the cache. A second, empty run clears that too.
 XmlValidation::~XmlValidation() {
+    if (m_Plug == nullptr) return;
+    xmlSchemaSAXUnplug(m_Plug);
+    m_Handler = nullptr;
+    m_Plug = xmlSchemaSAXPlug(m_Validator.get(), &m_Handler, &m_Data);
     if (m_Plug != nullptr) xmlSchemaSAXUnplug(m_Plug);
 }
 
