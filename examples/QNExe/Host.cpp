@@ -66,6 +66,12 @@ char const * NameOf(std::optional<std::string> const & file) {
     return file ? file->c_str() : nullptr;
 }
 
+// Where a suite finds what it ships with.
+std::string FolderOf(std::string const & file) {
+    auto const end = file.find_last_of("/\\");
+    return end != file.npos ? file.substr(0, end) : ".";
+}
+
 // The log itself does not tell that its file is missing.
 void CheckLogFile(CConsoleOutMXLog & log, std::optional<std::string> const & file) {
     if (file && log.GetLogName().empty())
@@ -110,6 +116,7 @@ Host::Host(HostOptions const & options)
 
 void Host::FillState() {
     m_IniArgs.AddArg("Quillon", "ProgramName", ProgramName);
+    m_IniArgs.AddArg("Suite", "Folder", FolderOf(m_Options.suite));
     if (m_Options.recordings) m_IniArgs.AddArg("Suite", "Recordings", *m_Options.recordings);
     CAppState::SetIniArgs(m_IniArgs);
     CAppState::ApplicationName(ProgramName);

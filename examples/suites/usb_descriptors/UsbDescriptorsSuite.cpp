@@ -2,8 +2,10 @@
 #include "UsbDescriptorsSuite.h"
 
 #include <algorithm>
+#include <chrono>
 #include <map>
 #include <memory>
+#include <optional>
 #include <span>
 #include <stdexcept>
 #include <tuple>
@@ -12,6 +14,7 @@
 #include "RecordingFiles.h"
 #include "Rules.h"
 #include "Speeds.h"
+#include "SuiteLimits.h"
 #include "Text.h"
 #include "app/CAppState.h"
 #include "settings/CIniArgs.h"
@@ -110,12 +113,14 @@ TEST_STATUS TestStructure(CMXLog & log, Subject const & subject) {
 }
 
 void AddTests(
-    std::vector<TestCase> & tests, SharedSubject const & subject, std::string const & name) {
+    std::vector<TestCase> & tests, SharedSubject const & subject, std::string const & name,
+    SuiteLimits const & limits) {
     tests.push_back({name + " Structure", true, [subject](CMXLog & log) {
                          return TestStructure(log, *subject);
                      }});
     if (!subject->parsed.device || !subject->file.problem.empty()) return;
     for (auto const & group : usb::RuleGroups()) {
+        if (!limits.HasGroup(group.name)) continue;
         if (group.applies != nullptr && !group.applies(*subject->parsed.device)) continue;
         tests.push_back({name + " " + group.name, true, [subject, &group](CMXLog & log) {
                              return Report(log, group.check(*subject->parsed.device));
@@ -123,15 +128,46 @@ void AddTests(
     }
 }
 
+using Clock = std::chrono::steady_clock;
+
+// Lets no test begin when the run's time is over. The clock starts with the first test.
+void LimitTime(std::vector<TestCase> & tests, std::chrono::seconds allowed) {
+    auto const start = std::make_shared<std::optional<Clock::time_point>>();
+    for (auto & test : tests)
+        test.run = [start, allowed, run = std::move(test.run)](CMXLog & log) {
+            if (!*start) *start = Clock::now();
+            if (Clock::now() - **start <= allowed) return run(log);
+            log.Write(
+                TEST_STATUS_ABORT, "The run's time of %u seconds is over",
+                static_cast<std::uint32_t>(allowed.count()));
+            return log.TestStatus();
+        };
+}
+
+// A file of limits that cannot be used is told of in the log before the suite gives up.
+SuiteLimits ReadLimits() {
+    try {
+        return ReadSuiteLimits();
+    } catch (std::runtime_error const & failure) {
+        if (CMXLog * const log = CAppState::Log())
+            log->Write(TEST_STATUS_ABORT, "%s", failure.what());
+        throw;
+    }
+}
+
 } // namespace
 
 std::vector<TestCase> UsbDescriptorsSuite::Tests() {
+    SuiteLimits const limits = ReadLimits();
     std::vector<SharedSubject> subjects;
-    for (auto & file : ReadInput())
-        subjects.push_back(std::make_shared<Subject const>(std::move(file)));
+    for (auto & file : ReadInput()) {
+        auto subject = std::make_shared<Subject const>(std::move(file));
+        if (limits.HasDevice(IdOf(*subject))) subjects.push_back(std::move(subject));
+    }
     auto const names = NamesOf(subjects);
     std::vector<TestCase> tests;
     for (std::size_t i = 0; i < subjects.size(); ++i)
-        AddTests(tests, subjects[i], names[i]);
+        AddTests(tests, subjects[i], names[i], limits);
+    if (limits.run) LimitTime(tests, *limits.run);
     return tests;
 }
