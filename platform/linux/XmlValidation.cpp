@@ -100,9 +100,8 @@ private:
             auto const & [its, local] = names[i];
             auto const * const value = AsXml(values[i].data());
             fields.insert(
-                fields.end(),
-                {AsXml(local.c_str()), OrNull(its), its.empty() ? nullptr : UriOf(its), value,
-                 value + values[i].size()});
+                fields.end(), {local, OrNull(its), its.empty() ? nullptr : UriOf(its), value,
+                               value + values[i].size()});
         }
         m_Handler.startElementNs(
             m_Data, name, OrNull(prefix), UriOf(prefix), static_cast<int>(namespaces.size() / 2),
