@@ -1,7 +1,7 @@
 // Runs the engine's parser over a file.
 //
-// The parser is never stopped inside an event, because the validator behind the event still reads
-// the parser's buffer. It is told nothing more, and its file ends at the next read.
+// The parser is not stopped inside the event of an element, because the validator behind the event
+// still reads the parser's buffer. It is told nothing more, and its file ends at the next read.
 #include "platform/linux/XmlLoad.h"
 
 #include <cstring>
@@ -12,6 +12,7 @@
 #include <libxml/parser.h>
 #include <libxml/parserInternals.h>
 
+#include "platform/linux/XmlErrorChannel.h"
 #include "platform/linux/XmlFile.h"
 #include "platform/linux/XmlMemory.h"
 #include "platform/linux/XmlTreeBuilder.h"
@@ -20,7 +21,11 @@
 namespace {
 
 struct ParserDeleter {
-    void operator()(xmlParserCtxtPtr parser) const { xmlFreeParserCtxt(parser); }
+    void operator()(xmlParserCtxtPtr parser) const {
+        // The engine's own, made of declarations and left behind when the document ends too early.
+        xmlFreeDoc(parser->myDoc);
+        xmlFreeParserCtxt(parser);
+    }
 };
 
 // One file on its way to a tree.
@@ -48,6 +53,7 @@ private:
     static void OnInstruction(void * self, xmlChar const * target, xmlChar const * data);
     static void OnDoctype(void * self, xmlChar const *, xmlChar const *, xmlChar const *);
     static void OnError(void *, xmlErrorPtr error);
+    static void OnStrayError(void * self, xmlErrorPtr error);
     static int OnRead(void * self, char * buffer, int size);
     static int OnClose(void *) { return 0; }
     static xmlSAXHandler Handler();
@@ -151,7 +157,10 @@ void Loading::OnInstruction(void * self, xmlChar const * target, xmlChar const *
 }
 
 void Loading::OnDoctype(void * self, xmlChar const *, xmlChar const *, xmlChar const *) {
-    static_cast<Loading *>(self)->Refuse(xml_error::DtdProhibited, "DTD is prohibited.");
+    auto & loading = *static_cast<Loading *>(self);
+    loading.Refuse(xml_error::DtdProhibited, "DTD is prohibited.");
+    // At once, so that no declaration is read; nobody looks at the buffer behind this event.
+    xmlStopParser(loading.m_Parser.get());
 }
 
 void Loading::OnError(void *, xmlErrorPtr error) {
@@ -159,6 +168,11 @@ void Loading::OnError(void *, xmlErrorPtr error) {
     bool const matters = error->level >= XML_ERR_ERROR && error->code != XML_WAR_NS_URI;
     if (matters && error->ctxt != nullptr)
         Of(error->ctxt).Refuse(CodeOfXmlError(error->code), error->message);
+}
+
+void Loading::OnStrayError(void * self, xmlErrorPtr error) {
+    if (error->level >= XML_ERR_ERROR)
+        static_cast<Loading *>(self)->Refuse(CodeOfXmlError(error->code), error->message);
 }
 
 int Loading::OnRead(void * self, char * buffer, int size) {
@@ -197,6 +211,7 @@ XmlLoad Loading::Run(std::shared_ptr<XmlSchema const> const & schema) {
     XmlFailure const unopened = m_File.Open(m_Failure.file);
     if (unopened) return {nullptr, unopened};
     MakeParser();
+    XmlErrorChannel const channel(this, OnStrayError);
     m_Builder.emplace(m_Parser->dict);
     {
         std::optional<XmlValidation> validation;

@@ -19,6 +19,7 @@
 #include <time.h>
 
 #include "platform/Xml.h"
+#include "platform/linux/XmlErrorChannel.h"
 #include "platform/linux/XmlMemory.h"
 
 namespace {
@@ -194,6 +195,7 @@ std::shared_ptr<XmlSchema const> Compilation::Run() {
         xmlSchemaNewParserCtxt(UriOf(m_Path).c_str()), xmlSchemaFreeParserCtxt);
     if (!parser) throw std::bad_alloc();
     xmlSchemaSetParserStructuredErrors(parser.get(), OnError, this);
+    XmlErrorChannel const channel(this, OnError);
     s_Current = this;
     xmlSchemaPtr const compiled = xmlSchemaParse(parser.get());
     s_Current = nullptr;

@@ -1,6 +1,7 @@
 // Validation by the engine's streaming validator, which listens to the events of a parser.
 #include "platform/linux/XmlValidation.h"
 
+#include <deque>
 #include <new>
 #include <utility>
 #include <vector>
@@ -36,11 +37,12 @@ private:
         std::string uri;
     };
 
-    // A name in its two halves, prefix first.
-    static std::pair<std::string, std::string> Split(std::string_view name) {
+    // A name in its two halves, prefix first. The second ends where the name does, in a NUL, and
+    // lasts as long as the tree: the validator keeps it.
+    static std::pair<std::string, xmlChar const *> Split(std::string_view name) {
         auto const colon = name.find(':');
-        if (colon == name.npos) return {"", std::string(name)};
-        return {std::string(name.substr(0, colon)), std::string(name.substr(colon + 1))};
+        if (colon == name.npos) return {"", AsXml(name.data())};
+        return {std::string(name.substr(0, colon)), AsXml(name.data() + colon + 1)};
     }
 
     static bool IsDeclaration(std::string_view name) {
@@ -63,7 +65,7 @@ private:
         for (auto const & [name, value] : element.attributes) {
             if (!IsDeclaration(name)) continue;
             auto const [xmlns, prefix] = Split(name);
-            m_Bindings.push_back({xmlns.empty() ? "" : prefix, std::string(value)});
+            m_Bindings.push_back({xmlns.empty() ? "" : AsChars(prefix), std::string(value)});
         }
     }
 
@@ -74,19 +76,19 @@ private:
         TellStart(element, prefix, name, outer);
         for (auto const * child = element.firstChild; child != nullptr; child = child->next)
             Tell(*child);
-        m_Handler.endElementNs(m_Data, AsXml(name.c_str()), OrNull(prefix), UriOf(prefix));
+        m_Handler.endElementNs(m_Data, name, OrNull(prefix), UriOf(prefix));
         m_Bindings.resize(outer);
     }
 
     void TellStart(
-        XmlNode const & element, std::string const & prefix, std::string const & name,
+        XmlNode const & element, std::string const & prefix, xmlChar const * name,
         std::size_t outer) {
         std::vector<xmlChar const *> namespaces;
         for (std::size_t i = outer; i != m_Bindings.size(); ++i) {
             namespaces.push_back(OrNull(m_Bindings[i].prefix));
             namespaces.push_back(AsXml(m_Bindings[i].uri.c_str()));
         }
-        std::vector<std::pair<std::string, std::string>> names;
+        std::vector<std::pair<std::string, xmlChar const *>> names;
         std::vector<std::string_view> values;
         for (auto const & [written, value] : element.attributes) {
             if (IsDeclaration(written)) continue;
@@ -98,19 +100,18 @@ private:
             auto const & [its, local] = names[i];
             auto const * const value = AsXml(values[i].data());
             fields.insert(
-                fields.end(),
-                {AsXml(local.c_str()), OrNull(its), its.empty() ? nullptr : UriOf(its), value,
-                 value + values[i].size()});
+                fields.end(), {local, OrNull(its), its.empty() ? nullptr : UriOf(its), value,
+                               value + values[i].size()});
         }
         m_Handler.startElementNs(
-            m_Data, AsXml(name.c_str()), OrNull(prefix), UriOf(prefix),
-            static_cast<int>(namespaces.size() / 2), namespaces.data(),
-            static_cast<int>(names.size()), 0, fields.data());
+            m_Data, name, OrNull(prefix), UriOf(prefix), static_cast<int>(namespaces.size() / 2),
+            namespaces.data(), static_cast<int>(names.size()), 0, fields.data());
     }
 
     xmlSAXHandler const & m_Handler;
     void * const m_Data;
-    std::vector<Binding> m_Bindings;
+    // The validator keeps the addresses of what is bound: a deque does not move it.
+    std::deque<Binding> m_Bindings;
 };
 
 } // namespace
@@ -123,7 +124,13 @@ XmlValidation::XmlValidation(std::shared_ptr<XmlSchema const> schema, Listener l
     xmlSchemaSetValidStructuredErrors(m_Validator.get(), OnError, this);
 }
 
+// When a document ends too early, the engine (2.9.14) clears its open elements only behind the
+// cache that it puts their keys into, and forgets the cache. A second, empty run clears that too.
 XmlValidation::~XmlValidation() {
+    if (m_Plug == nullptr) return;
+    xmlSchemaSAXUnplug(m_Plug);
+    m_Handler = nullptr;
+    m_Plug = xmlSchemaSAXPlug(m_Validator.get(), &m_Handler, &m_Data);
     if (m_Plug != nullptr) xmlSchemaSAXUnplug(m_Plug);
 }
 

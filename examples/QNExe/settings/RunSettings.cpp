@@ -19,11 +19,18 @@ public:
     }
 };
 
+// Where a suite finds what it ships with.
+std::string FolderOf(std::string const & file) {
+    auto const end = file.find_last_of("/\\");
+    return end != file.npos ? file.substr(0, end) : ".";
+}
+
 } // namespace
 
 HostArgs RunSettings::Gathered(HostOptions const & options) {
     HostArgs args;
     args.Set("Quillon", "ProgramName", ProgramName, "built in");
+    args.Set("Suite", "Folder", FolderOf(options.suite), "--suite");
     args.SetFromRegistry();
     if (options.settings)
         for (Setting const & each : ReadSettingsFile(*options.settings))

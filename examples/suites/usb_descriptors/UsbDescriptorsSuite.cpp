@@ -2,6 +2,7 @@
 #include "UsbDescriptorsSuite.h"
 
 #include <algorithm>
+#include <chrono>
 #include <map>
 #include <memory>
 #include <optional>
@@ -15,6 +16,7 @@
 #include "RecordingFiles.h"
 #include "Rules.h"
 #include "Speeds.h"
+#include "SuiteLimits.h"
 #include "Text.h"
 #include "app/CAppState.h"
 #include "settings/CIniArgs.h"
@@ -122,12 +124,14 @@ TEST_STATUS TestStructure(CMXLog & log, Subject const & subject) {
 }
 
 void AddTests(
-    std::vector<TestCase> & tests, SharedSubject const & subject, std::string const & name) {
+    std::vector<TestCase> & tests, SharedSubject const & subject, std::string const & name,
+    SuiteLimits const & limits) {
     tests.push_back({name + " Structure", true, [subject](CMXLog & log) {
                          return TestStructure(log, *subject);
                      }});
     if (!subject->parsed.device || !subject->file.problem.empty()) return;
     for (auto const & group : usb::RuleGroups()) {
+        if (!limits.HasGroup(group.name)) continue;
         if (group.applies != nullptr && !group.applies(*subject->parsed.device)) continue;
         tests.push_back({name + " " + group.name, true, [subject, &group](CMXLog & log) {
                              return Report(log, group.check(*subject->parsed.device));
@@ -142,16 +146,18 @@ bool IsOf(Subject const & subject, usb::Arrival const & arrival) {
            && descriptor.Get(usb::device::idProduct) == arrival.product;
 }
 
-TEST_STATUS TestAll(CMXLog & log, SharedSubject const & subject) {
+TEST_STATUS
+TestAll(CMXLog & log, SharedSubject const & subject, SuiteLimits const & limits) {
     std::vector<TestCase> tests;
-    AddTests(tests, subject, subject->file.name);
+    AddTests(tests, subject, subject->file.name, limits);
     for (auto const & test : tests)
         test.run(log);
     return log.TestStatus();
 }
 
 // Every device with the ids of the one that came: two of a kind are not told apart.
-TEST_STATUS TestArrival(CMXLog & log, usb::Arrival const & arrival) {
+TEST_STATUS
+TestArrival(CMXLog & log, usb::Arrival const & arrival, SuiteLimits const & limits) {
     std::string const root = DevicesRoot();
     if (root.empty()) {
         log.Write(TEST_STATUS_INFO, "This system does not show its devices' descriptors as files.");
@@ -162,7 +168,7 @@ TEST_STATUS TestArrival(CMXLog & log, usb::Arrival const & arrival) {
         auto const subject = std::make_shared<Subject const>(std::move(file));
         if (!IsOf(*subject, arrival)) continue;
         log.Write(TEST_STATUS_INFO, "Checking the descriptors of %s", subject->file.name);
-        TestAll(log, subject);
+        TestAll(log, subject, limits);
         ++tested;
     }
     if (tested == 0)
@@ -170,9 +176,10 @@ TEST_STATUS TestArrival(CMXLog & log, usb::Arrival const & arrival) {
     return log.TestStatus();
 }
 
-TEST_STATUS TestNextDevice(CMXLog & log, std::uint32_t seconds) {
+TEST_STATUS
+TestNextDevice(CMXLog & log, std::uint32_t seconds, SuiteLimits const & limits) {
     auto const arrival = usb::WaitForDevice(log, seconds);
-    return arrival ? TestArrival(log, *arrival) : log.TestStatus();
+    return arrival ? TestArrival(log, *arrival, limits) : log.TestStatus();
 }
 
 // No value: the run is not to wait.
@@ -185,28 +192,60 @@ std::optional<std::uint32_t> SecondsToWait() {
     return seconds;
 }
 
-void AddWait(std::vector<TestCase> & tests, std::uint32_t seconds) {
-    tests.push_back({"Wait for a device", true, [seconds](CMXLog & log) {
-                         return TestNextDevice(log, seconds);
+void AddWait(
+    std::vector<TestCase> & tests, std::uint32_t seconds, SuiteLimits const & limits) {
+    tests.push_back({"Wait for a device", true, [seconds, limits](CMXLog & log) {
+                         return TestNextDevice(log, seconds, limits);
                      }});
+}
+
+using Clock = std::chrono::steady_clock;
+
+// Lets no test begin when the run's time is over. The clock starts with the first test.
+void LimitTime(std::vector<TestCase> & tests, std::chrono::seconds allowed) {
+    auto const start = std::make_shared<std::optional<Clock::time_point>>();
+    for (auto & test : tests)
+        test.run = [start, allowed, run = std::move(test.run)](CMXLog & log) {
+            if (!*start) *start = Clock::now();
+            if (Clock::now() - **start <= allowed) return run(log);
+            log.Write(
+                TEST_STATUS_ABORT, "The run's time of %u seconds is over",
+                static_cast<std::uint32_t>(allowed.count()));
+            return log.TestStatus();
+        };
+}
+
+// A file of limits that cannot be used is told of in the log before the suite gives up.
+SuiteLimits ReadLimits() {
+    try {
+        return ReadSuiteLimits();
+    } catch (std::runtime_error const & failure) {
+        if (CMXLog * const log = CAppState::Log())
+            log->Write(TEST_STATUS_ABORT, "%s", failure.what());
+        throw;
+    }
 }
 
 } // namespace
 
 std::vector<TestCase> UsbDescriptorsSuite::Tests() {
+    SuiteLimits const limits = ReadLimits();
     std::vector<TestCase> tests;
     if (auto const seconds = SecondsToWait()) {
-        AddWait(tests, *seconds);
+        AddWait(tests, *seconds, limits);
         if (FindSetting("Recordings") == nullptr) return tests;
     }
     std::vector<SharedSubject> subjects;
-    for (auto & file : ReadInput())
-        subjects.push_back(std::make_shared<Subject const>(std::move(file)));
+    for (auto & file : ReadInput()) {
+        auto subject = std::make_shared<Subject const>(std::move(file));
+        if (limits.HasDevice(IdOf(*subject))) subjects.push_back(std::move(subject));
+    }
     auto const names = NamesOf(subjects);
     if (IsInteractive())
         for (auto & test : OperatorTests())
             tests.push_back(std::move(test));
     for (std::size_t i = 0; i < subjects.size(); ++i)
-        AddTests(tests, subjects[i], names[i]);
+        AddTests(tests, subjects[i], names[i], limits);
+    if (limits.run) LimitTime(tests, *limits.run);
     return tests;
 }
