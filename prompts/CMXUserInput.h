@@ -33,8 +33,8 @@ public:
     // Withdraws the object from CAppState, if it is the one in force there.
     virtual ~CMXUserInput();
 
-    // The choice of files. False: nothing was chosen. The vector of a choice of several is the
-    // dialog library's.
+    // The choice of files. False: nothing was chosen. The vector of a choice of several is made
+    // with new and is the caller's.
     virtual bool SelectSingleFile(
         CSafeString & file, wchar_t const * const first, wchar_t const * const second,
         bool flag) = 0;

@@ -34,13 +34,13 @@ struct CTestLogEntry {
 
 // One question to the operator, and what became of it. Texts are UTF-8.
 struct CTestPrompt {
-    std::string question;
+    std::string question{};
     // What was chosen or entered; empty without an answer.
-    std::string answer;
+    std::string answer{};
     // Where the answer came from: "operator" or "file"; "none" without one.
-    std::string source;
+    std::string source{};
     // Why there is no answer.
-    std::string reason;
+    std::string reason{};
     double seconds = 0;
     // The run was aborted because nobody could answer it.
     bool hasAborted = false;

@@ -7,6 +7,7 @@
 //   log <status> <level?> <text> an entry
 #pragma once
 
+#include <atomic>
 #include <optional>
 #include <string>
 #include <vector>
@@ -75,7 +76,7 @@ protected:
 
 private:
     // Goes on from test to test: the library remembers when it posted last.
-    inline static ULONGLONG m_Now = 0;
+    inline static std::atomic<ULONGLONG> m_Now = 0;
     Diversion<LRESULT(HWND, UINT, WPARAM, LPARAM)> const m_Send{
         wrapped_SendMessageA, [](HWND, UINT, WPARAM, LPARAM) {
             Dialogs().Add("update");
@@ -87,7 +88,8 @@ private:
             return BOOL{TRUE};
         }};
     // Never too early for a posted update.
-    Diversion<ULONGLONG()> const m_Clock{wrapped_GetTickCount64, [] { return m_Now += 1000; }};
+    Diversion<ULONGLONG()> const m_Clock{
+        wrapped_GetTickCount64, [] { return m_Now.fetch_add(1000) + 1000; }};
     Diversion<HANDLE(_SECURITY_ATTRIBUTES *, BOOL, char const *)> const m_Create{
         wrapped_CreateMutexA, [](_SECURITY_ATTRIBUTES * attributes, BOOL owned, char const * name) {
             bool const plain = attributes == nullptr && owned == FALSE && name == nullptr;

@@ -34,17 +34,10 @@ public:
         if (m_Thread.joinable()) m_Thread.join();
     }
 
-    // On the window's thread; returns when done.
+    // On the window's thread, also inside a loop that a dialog runs; returns when done.
     void Do(std::function<void(CPromptService &)> const & step) {
-        std::promise<void> done;
-        {
-            std::scoped_lock const lock(m_Guard);
-            m_Step = [&](CPromptService & service) {
-                step(service);
-                done.set_value();
-            };
-        }
-        done.get_future().get();
+        std::function<void()> const wrapped = [&] { step(*m_Service); };
+        SendMessageA(m_Window, WM_APP, 0, reinterpret_cast<LPARAM>(&wrapped));
     }
 
     std::vector<CPromptRecord> Records() {
@@ -53,32 +46,42 @@ public:
     }
 
 private:
+    static constexpr char WindowClass[] = "ServiceThread";
+
+    static LRESULT CALLBACK Receive(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+        if (message != WM_APP) return DefWindowProcA(window, message, wParam, lParam);
+        (*reinterpret_cast<std::function<void()> const *>(lParam))();
+        return 0;
+    }
+
     void Run(std::promise<void> & ready) {
-        std::unique_ptr<CPromptService> service;
         try {
-            service.reset(new CPromptService(HWND{}, this));
+            m_Service.reset(new CPromptService(HWND{}, this));
         } catch (...) {
             ready.set_exception(std::current_exception());
             return;
         }
+        WNDCLASSA windowClass = {};
+        windowClass.lpfnWndProc = Receive;
+        windowClass.lpszClassName = WindowClass;
+        RegisterClassA(&windowClass);
+        m_Window = CreateWindowExA(
+            0, WindowClass, "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
         ready.set_value();
         while (!m_IsOver) {
-            Serve(*service);
+            Serve();
             Sleep(1);
         }
+        m_Service.reset();
+        DestroyWindow(m_Window);
+        UnregisterClassA(WindowClass, nullptr);
     }
 
-    void Serve(CPromptService & service) {
+    void Serve() {
         MSG message;
         while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE) != 0)
-            if (!service.TakesMessage(&message)) DispatchMessageA(&message);
-        service.Serve();
-        std::function<void(CPromptService &)> step;
-        {
-            std::scoped_lock const lock(m_Guard);
-            step.swap(m_Step);
-        }
-        if (step) step(service);
+            if (!m_Service->TakesMessage(&message)) DispatchMessageA(&message);
+        m_Service->Serve();
     }
 
     void PromptShown() override {}
@@ -90,7 +93,9 @@ private:
 
     std::mutex m_Guard;
     std::vector<CPromptRecord> m_Records;
-    std::function<void(CPromptService &)> m_Step;
+    // Of the window's thread, but for the window's handle, which stays.
+    std::unique_ptr<CPromptService> m_Service;
+    HWND m_Window = nullptr;
     std::atomic<bool> m_IsOver = false;
     std::thread m_Thread;
 };

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <thread>
 #include <tuple>
 #include <vector>
 
@@ -263,6 +264,27 @@ TEST_F(CTestSuiteLogTest, AListenerThatWasTakenBackHearsNothing) {
     m_Suite.Listener(nullptr);
     m_Suite.CurrentTestLog()->Write(TEST_STATUS_INFO, "one", nullptr);
     EXPECT_THAT(listener.heard, IsEmpty());
+}
+
+TEST(CTestSuiteLogPromptTest, AQuestionIsKeptWithTheTestThatIsCurrent) {
+    CTestSuiteLog suite;
+    suite.AddPrompt({.question = "a", .answer = "1", .source = "operator", .seconds = 2.5});
+    suite.OpenTest(true);
+    std::thread([&] {
+        suite.AddPrompt(
+            {.question = "b", .source = "none", .reason = "r", .hasAborted = true, .test = 99});
+    }).join();
+    auto const prompts = suite.Prompts();
+    ASSERT_EQ(prompts.size(), 2u);
+    EXPECT_EQ(prompts[0].question, "a");
+    EXPECT_EQ(prompts[0].answer, "1");
+    EXPECT_EQ(prompts[0].source, "operator");
+    EXPECT_EQ(prompts[0].seconds, 2.5);
+    EXPECT_FALSE(prompts[0].hasAborted);
+    EXPECT_EQ(prompts[0].test, 0u);
+    EXPECT_EQ(prompts[1].reason, "r");
+    EXPECT_TRUE(prompts[1].hasAborted);
+    EXPECT_EQ(prompts[1].test, 1u);
 }
 
 } // namespace

@@ -22,7 +22,7 @@ protected:
     Pty Sample() {
         std::string const suite = (ProgramFolder() / "usb_descriptors.so").string();
         std::filesystem::copy_file(
-            std::filesystem::path(SAMPLE_RECORDINGS) / "low_speed_mouse.bin", File("mouse.bin"));
+            std::filesystem::path(RECORDINGS) / "good" / "low_speed_mouse.bin", File("mouse.bin"));
         return Pty(Program(), {"--suite", suite, "--recordings", File(""), "--interactive"}, {});
     }
 
