@@ -2,6 +2,7 @@
 #include "app/Common.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <exception>
 #include <iterator>
 #include <new>
@@ -159,6 +160,9 @@ std::unique_ptr<std::string, std::function<void(std::string *)>>
 GetLogLevelName(eQNLogVerbosity level) {
     static constexpr wchar_t const * names[] = {L"Quiet",  L"Minimal", L"Low",
                                                 L"Normal", L"Verbose", L"Diagnostic"};
-    if (level == Internal) return Utf16ToUtf8(L"Internal");
-    return Utf16ToUtf8(names[std::min<std::size_t>(level, std::size(names) - 1)]);
+    auto const index = std::min<std::size_t>(level, std::size(names) - 1);
+    NarrowText name = Utf16ToUtf8(level == Internal ? L"Internal" : names[index]);
+    // Made beforehand: it may need memory, which the pointer's own conversion must not.
+    std::function<void(std::string *)> deleter = name.get_deleter();
+    return {name.release(), std::move(deleter)};
 }

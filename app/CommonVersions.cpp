@@ -164,8 +164,8 @@ std::string WriteServicePack(OSVERSIONINFOEXA const & version, CMXLog & log) {
 void WriteSystem(OSVERSIONINFOEXA const & version, CMXLog & log) {
     Description const system = DescriptionOf(version, log);
     TEST_STATUS const status = system.known ? TEST_STATUS_INFO : TEST_STATUS_ERROR;
-    // Deliberate: the text is a format. Pinned by
-    // CommonOSVersionTest.APercentSignIsReadAsADirective.
+    // Deliberate: the text is a format.
+    // Pinned by CommonOSVersionTest.APercentSignIsReadAsADirective.
     log.Write(status, Quiet, nullptr, system.text.c_str());
     std::string const whole = system.text + WriteServicePack(version, log);
     CAppState::TestSuiteLog()->SetOSVersion(whole.c_str());

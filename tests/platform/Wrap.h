@@ -105,9 +105,11 @@ std::type_identity<Result(Arguments...)> PlainSignature(Result (*)(Arguments...)
     extern "C" decltype(Name) __real_##Name;                                                       \
     static constinit decltype(PlainSignature(&Name))::type * const real_##Name = &__real_##Name;   \
     constinit MORVEX_WRAPPED_TYPE(Name) wrapped_##Name(&real_##Name);                              \
-    extern "C" Result __wrap_##Name parameters { return wrapped_##Name arguments; }
+    extern "C" MORVEX_WRAP_SEEN Result __wrap_##Name parameters { return wrapped_##Name arguments; }
 
 #if defined(_WIN32)
+
+#define MORVEX_WRAP_SEEN
 
 // Imported operations are called through the pointer __imp_<Name>, a few by their own name; the
 // linker puts ours in the place of both.
@@ -125,7 +127,11 @@ std::type_identity<Result(Arguments...)> PlainSignature(Result (*)(Arguments...)
 
 #else
 
-#define MORVEX_REPLACE_API(Result, Name, parameters) extern "C" Result __wrap_##Name parameters
+// The linker looks for it on behalf of shared libraries too, whose calls go to the real one.
+#define MORVEX_WRAP_SEEN MORVEX_SYMBOL_EXPORT
+
+#define MORVEX_REPLACE_API(Result, Name, parameters)                                               \
+    extern "C" MORVEX_WRAP_SEEN Result __wrap_##Name parameters
 
 #define MORVEX_WRAP_API(Result, Name, parameters, arguments)                                       \
     MORVEX_WRAP(Result, Name, parameters, arguments)

@@ -7,6 +7,8 @@
 #include <random>
 #include <regex>
 
+#include "platform/Environment.h"
+
 namespace {
 
 void Replace(std::string & text, char const * pattern, char const * mark) {
@@ -32,6 +34,11 @@ std::string Normalized(std::string const & bytes) {
     return text;
 }
 
+std::string Opened(std::string const & level) {
+    return "INFO    Test log initialized.\nINFO    Log Level: " + level
+           + "\nINFO    User Input module initialized\n";
+}
+
 std::string Started() { return "INFO    Start time: <time>\r\n\n"; }
 
 std::string Stopped(std::string const & test, std::string const & counts) {
@@ -48,10 +55,13 @@ std::string Summary(std::string const & counts, int passed, int failed) {
            + std::to_string(passed) + "); Failed (" + std::to_string(failed) + ") ]\n";
 }
 
-ChildHost::ChildHost() : m_Folder(NewFolder()) {}
+ChildHost::ChildHost() : m_Folder(NewFolder()) {
+    SetEnvironment("XDG_RUNTIME_DIR", m_Folder.string().c_str());
+}
 
 ChildHost::~ChildHost() {
     m_Child.reset();
+    ClearEnvironment("XDG_RUNTIME_DIR");
     std::error_code ignored;
     std::filesystem::remove_all(m_Folder, ignored);
 }

@@ -1,6 +1,7 @@
 // The program QNExe as a child of a test, and the log that it is expected to show.
 //
-// Each test has a folder of its own, removed at its end. Texts are compared byte for byte as the
+// Each test has a folder of its own, removed at its end, and off Windows the programs of a test see
+// none of another test's. Texts are compared byte for byte as the
 // program wrote them, but for times and durations, in whose place a mark stands.
 #pragma once
 
@@ -18,6 +19,9 @@
 
 // Bytes of a log as a text that does not depend on platform and clock.
 std::string Normalized(std::string const & bytes);
+
+// The lines with which the log of a run begins.
+std::string Opened(std::string const & level = "Normal");
 
 // The lines that the log puts around a test: what stands in front of its entries and behind them.
 std::string Started();

@@ -46,13 +46,15 @@ TEST(CommandLineTest, SuiteAloneLeavesTheRestAtItsDefaults) {
     EXPECT_EQ(options.verbosity, Normal);
     EXPECT_EQ(options.view, LogView::Auto);
     EXPECT_FALSE(options.onlyFailures);
+    EXPECT_FALSE(options.versions);
 }
 
 TEST(CommandLineTest, EachOptionSetsItsOwn) {
     HostOptions const options = Options(
         {"--only-failures", "--verbosity", "Low", "--log", "a b.log", "--recordings", "dir",
-         "--suite", "s.so"});
+         "--versions", "--suite", "s.so"});
     EXPECT_EQ(options.suite, "s.so");
+    EXPECT_TRUE(options.versions);
     EXPECT_EQ(options.recordings, "dir");
     EXPECT_EQ(options.log, "a b.log");
     EXPECT_EQ(options.verbosity, Low);

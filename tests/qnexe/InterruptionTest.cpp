@@ -16,7 +16,7 @@ using namespace std::chrono_literals;
 
 std::string AbortedLog() {
     std::string const counts = "Fails (1); Aborts (1); Warnings (0)";
-    return Started()
+    return Opened() + Started()
            + "ABORT   Test aborted by user.\nFAIL    Test did not execute all required steps.\n"
            + Stopped("T1", counts)
            + "ABORT   \n*** TEST SUITE WAS ABORTED BY USER ***\n"
@@ -52,7 +52,7 @@ TEST_F(InterruptionTest, SecondCtrlCEndsTheProcessInTheSystemsWay) {
     ASSERT_TRUE(end);
     EXPECT_TRUE(end->interrupted);
     EXPECT_EQ(end->code, std::nullopt);
-    EXPECT_EQ(Normalized(child.Error()), Started());
+    EXPECT_EQ(Normalized(child.Error()), Opened() + Started());
 }
 
 class KilledRunTest : public ChildHost {
@@ -70,7 +70,7 @@ protected:
     }
 
     static std::string EntriesUpTo(unsigned last) {
-        std::string entries = Started();
+        std::string entries = Opened() + Started();
         for (unsigned number = 1; number <= last; ++number)
             entries += "INFO    entry " + std::to_string(number) + '\n';
         return entries;

@@ -29,8 +29,12 @@ protected:
 
     static std::string Passed(std::string const & test) { return Started() + Stopped(test, Clean); }
 
+    static std::string NoTests() {
+        return "FAIL    No tests in this Test Suite were run.\n" + Summary(OneFailure, 0, 0);
+    }
+
     static std::string FailingLog() {
-        return Started() + "FAIL    no answer from port 1\n" + Stopped("T1", OneFailure)
+        return Opened() + Started() + "FAIL    no answer from port 1\n" + Stopped("T1", OneFailure)
                + Passed("T2") + Summary(OneFailure, 1, 1);
     }
 };
@@ -40,7 +44,7 @@ TEST_F(QNExeTest, TestsThatPassEndWith0) {
         RunSuite("passing"),
         (Result{
             0, "",
-            Passed("T1") + Started() + "INFO    port 2 answers\nWARNING port 2 is slow\n"
+            Opened() + Passed("T1") + Started() + "INFO    port 2 answers\nWARNING port 2 is slow\n"
                 + Stopped("T2", "Fails (0); Aborts (0); Warnings (1)")
                 + Summary("Fails (0); Aborts (0); Warnings (1)", 2, 0)}));
 }
@@ -76,7 +80,7 @@ TEST_F(QNExeTest, WarningHidesNoFailure) {
         RunSuite("warned_failure"),
         (Result{
             1, "",
-            Started() + "WARNING port 1 is slow\nFAIL    no answer from port 1\n"
+            Opened() + Started() + "WARNING port 1 is slow\nFAIL    no answer from port 1\n"
                 + Stopped("T1", counts) + Summary(counts, 0, 1)}));
 }
 
@@ -85,7 +89,8 @@ TEST_F(QNExeTest, TestThatGivesUpEndsWith1) {
         RunSuite("aborting"),
         (Result{
             1, "",
-            Started() + "ABORT   Test aborted.\nFAIL    Test did not execute all required steps.\n"
+            Opened() + Started()
+                + "ABORT   Test aborted.\nFAIL    Test did not execute all required steps.\n"
                 + Stopped("T1", OneAbort)
                 + "FAIL    One or more functions called in this Test Suite failed to perform "
                   "required tasks.\n"
@@ -99,8 +104,8 @@ TEST_F(QNExeTest, ExceptionsAreLoggedAndTheNextTestRuns) {
         RunSuite("throwing"),
         (Result{
             1, "",
-            Started() + "ERROR   Exception thrown: only 50%s of the data came\n" + aborted
-                + Stopped("T1", OneAbort) + Started()
+            Opened() + Started() + "ERROR   Exception thrown: only 50%s of the data came\n"
+                + aborted + Stopped("T1", OneAbort) + Started()
                 + "ERROR   Exception thrown: <unknown type: no message>\n" + aborted
                 + Stopped("T2", OneAbort) + Passed("T3")
                 + "FAIL    One or more functions called in this Test Suite failed to perform "
@@ -108,15 +113,16 @@ TEST_F(QNExeTest, ExceptionsAreLoggedAndTheNextTestRuns) {
                 + Summary("Fails (3); Aborts (2); Warnings (0)", 1, 2)}));
 }
 
-TEST_F(QNExeTest, SuiteWithoutTestsEndsWith2) { EXPECT_EQ(RunSuite("empty"), (Result{2, "", ""})); }
+TEST_F(QNExeTest, SuiteWithoutTestsEndsWith2) {
+    EXPECT_EQ(RunSuite("empty"), (Result{2, "", Opened() + NoTests()}));
+}
 
 TEST_F(QNExeTest, SuiteThatOnlySetsUpEndsWith2) {
     EXPECT_EQ(
-        RunSuite("utility_only"), (Result{
-                                      2, "",
-                                      "INFO    Start time: <time>\r\n\nINFO    port 1 is powered\n"
-                                      "FAIL    No tests in this Test Suite were run.\n"
-                                          + Summary(OneFailure, 0, 0)}));
+        RunSuite("utility_only"),
+        (Result{
+            2, "",
+            Opened() + "INFO    Start time: <time>\r\n\nINFO    port 1 is powered\n" + NoTests()}));
 }
 
 TEST_F(QNExeTest, SuiteSeesWhatTheHostHasSetUp) {
@@ -126,7 +132,7 @@ TEST_F(QNExeTest, SuiteSeesWhatTheHostHasSetUp) {
     EXPECT_EQ(
         result, (Result{
                     0, "",
-                    Started()
+                    Opened("Quiet") + Started()
                         + "INFO    recordings: some folder/100%s\nINFO    application: QNExe\n"
                           "INFO    title: QNExe\nINFO    global log: yes\nINFO    window: yes\n"
                           "INFO    program name matches: yes\n"
@@ -165,7 +171,7 @@ TEST_F(QNExeTest, OnlyFailuresLeavesOutWhatPassed) {
         Run({"--suite", Suite("failing"), "--only-failures"}),
         (Result{
             1, "",
-            Started() + times
+            Opened() + Started() + times
                 + "INFO    \r\n===============\r\n\r\nNow Starting Test: T1\r\n"
                   "no answer from port 1Stopping Test [ T1:\n     Number of: "
                 + OneFailure + " ]\r\n\r\n\n" + Started() + times + Summary(OneFailure, 1, 1)}));
@@ -186,7 +192,7 @@ TEST_F(QNExeTest, LogFileGrowsFromRunToRun) {
     RunLogging("failing", log);
     std::string const added = Normalized(Contents(log));
     // The first line was written without text mode.
-    EXPECT_EQ(added, "before\n" + FailingLog() + FailingLog());
+    EXPECT_EQ(added, "before\n" + FailingLog() + Opened() + NoTests() + FailingLog());
 }
 
 TEST_F(QNExeTest, LogFileThatCannotBeOpenedKeepsTheSuiteFromRunning) {
@@ -231,8 +237,9 @@ TEST_F(QNExeTest, SuiteThatCannotListItsTestsEndsWith4AndItsText) {
         RunSuite("refusing"),
         (Result{
             4, "",
-            "QNExe: the suite cannot list its tests: no recordings in \"100%s\". Give "
-            "--recordings a folder.\n"}));
+            Opened() + NoTests()
+                + "QNExe: the suite cannot list its tests: no recordings in \"100%s\". Give "
+                  "--recordings a folder.\n"}));
 }
 
 TEST_F(QNExeTest, SuiteThatCannotBeMadeEndsWith4) {
@@ -264,7 +271,8 @@ TEST_F(QNExeTest, AFormattedLogWithoutATerminalIsPlainLines) {
         Run({"--suite", Suite("passing"), "--view", "formatted"}),
         (Result{
             0, "",
-            heading + "T1\nStart time: <time>\n" + stop + "T1:\n     Number of: " + Clean + " ]\n\n"
+            "Test log initialized.\nLog Level: Normal\nUser Input module initialized\n" + heading
+                + "T1\nStart time: <time>\n" + stop + "T1:\n     Number of: " + Clean + " ]\n\n"
                 + heading + "T2\nStart time: <time>\nport 2 answers\nport 2 is slow\n" + stop
                 + "T2:\n     Number of: Fails (0); Aborts (0); Warnings (1) ]\n\n"
                   "TEST SUITE SUMMARY:\n    [ Fails (0); Aborts (0); Warnings (1) ]\n"
@@ -276,14 +284,17 @@ TEST_F(QNExeTest, TheFileOfAFormattedLogHoldsEveryEntryWithItsWord) {
     Run({"--suite", Suite("failing"), "--view", "formatted", "--log", log});
     EXPECT_EQ(
         Normalized(Contents(log)),
-        "INFO    Start time: <time>\nFAIL    no answer from port 1\n"
-        "INFO    \nStop time: <time>\nINFO    Duration:  <seconds>.\n"
-        "INFO    Stopping Test [ T1:\n     Number of: Fails (1); Aborts (0); Warnings (0) ]\r\n\n"
-        "INFO    Start time: <time>\n"
-        "INFO    \nStop time: <time>\nINFO    Duration:  <seconds>.\n"
-        "INFO    Stopping Test [ T2:\n     Number of: Fails (0); Aborts (0); Warnings (0) ]\r\n\n"
-        "INFO    TEST SUITE SUMMARY:\n    [ Fails (1); Aborts (0); Warnings (0) ]\n"
-        "INFO    TEST RESULTS:\n    [ Passed (1); Failed (1) ]\n");
+        Opened()
+            + "INFO    Start time: <time>\nFAIL    no answer from port 1\n"
+              "INFO    \nStop time: <time>\nINFO    Duration:  <seconds>.\n"
+              "INFO    Stopping Test [ T1:\n     Number of: Fails (1); Aborts (0); Warnings (0) "
+              "]\r\n\n"
+              "INFO    Start time: <time>\n"
+              "INFO    \nStop time: <time>\nINFO    Duration:  <seconds>.\n"
+              "INFO    Stopping Test [ T2:\n     Number of: Fails (0); Aborts (0); Warnings (0) "
+              "]\r\n\n"
+              "INFO    TEST SUITE SUMMARY:\n    [ Fails (1); Aborts (0); Warnings (0) ]\n"
+              "INFO    TEST RESULTS:\n    [ Passed (1); Failed (1) ]\n");
 }
 
 TEST_F(QNExeTest, AFileThatAFormattedLogCannotOpenEndsWith4) {

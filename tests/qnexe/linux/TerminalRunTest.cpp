@@ -106,7 +106,8 @@ TEST_F(TerminalRunTest, APassingRunIsShownInItsLooks) {
     std::string const counts = "Fails (0); Aborts (0); Warnings (1)";
     EXPECT_EQ(
         Normalized(WithoutProgress(terminal.Shown())),
-        ShownStart("T1") + ShownStop("T1", "Fails (0); Aborts (0); Warnings (0)") + "\n"
+        "Test log initialized.\nLog Level: Normal\nUser Input module initialized\n"
+            + ShownStart("T1") + ShownStop("T1", "Fails (0); Aborts (0); Warnings (0)") + "\n"
             + ShownStart("T2").substr(1) + "port 2 answers\n" + In(Red, "port 2 is slow")
             + ShownStop("T2", counts) + ShownSummary(counts, "Passed (2); Failed (0)"));
 }
