@@ -192,8 +192,7 @@ std::optional<std::uint32_t> SecondsToWait() {
     return seconds;
 }
 
-void AddWait(
-    std::vector<TestCase> & tests, std::uint32_t seconds, SuiteLimits const & limits) {
+void AddWait(std::vector<TestCase> & tests, std::uint32_t seconds, SuiteLimits const & limits) {
     tests.push_back({"Wait for a device", true, [seconds, limits](CMXLog & log) {
                          return TestNextDevice(log, seconds, limits);
                      }});
