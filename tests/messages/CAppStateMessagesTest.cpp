@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/CAppState.h"
@@ -201,6 +202,14 @@ TEST_F(CAppStateMessagesTest, RefusedMessageGoesInsideTheCallWhenTheLockIsFree) 
     PushMortal(5, "gone");
     EXPECT_EQ(m_Lines, (Lines{"enter", "leave", "gone"}));
     EXPECT_EQ(depth, 0);
+}
+
+TEST_F(CAppStateMessagesTest, RefusedMessageIsGoneWhenTheCallReturns) {
+    Message message(
+        new Mortal(5, [this] { m_Lines.push_back("gone"); }), DeleteWindowsMessageFromHeap);
+    // One expression: an argument's own end may come as late as that of the expression.
+    CAppState::PushWindowsMessage(std::move(message)), m_Lines.push_back("returned");
+    EXPECT_EQ(m_Lines, (Lines{"gone", "returned"}));
 }
 
 TEST_F(CAppStateMessagesTest, EventIsSignalledUnderTheLock) {
