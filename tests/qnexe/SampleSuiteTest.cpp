@@ -1,5 +1,6 @@
 // The sample suite as its users load it: a module, run by the program over recordings.
 #include <filesystem>
+#include <fstream>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -55,4 +56,21 @@ TEST_F(SampleSuiteTest, FoldersMayHaveNamesFromAllOverTheWorld) {
     Result const result = RunOver(std::string(name.begin(), name.end()));
     EXPECT_EQ(result.code, 0);
     EXPECT_EQ(LastLines(result), Summary("Fails (0); Aborts (0); Warnings (0)", 38, 0));
+}
+
+TEST_F(SampleSuiteTest, BadLimitsEndTheRunWithOneEntryAndCode4) {
+    fs::path const folder = File("suite");
+    fs::create_directories(folder);
+    for (std::string const name : {"usb_descriptors" SUITE_SUFFIX, "suite.xsd"})
+        fs::copy_file(ProgramFolder() / name, folder / name);
+    std::ofstream(folder / "suite.xml") << "<suite>\n  <other/>\n</suite>\n";
+    auto const suite = folder / ("usb_descriptors" SUITE_SUFFIX);
+    Result const result =
+        Run({"--suite", suite.string(), "--recordings", Recordings("/good"), "--log", File("log")});
+    EXPECT_EQ(result.code, 4);
+    std::string const entry = "ABORT   ";
+    std::string const log = Normalized(Contents(File("log")));
+    ASSERT_NE(log.find(entry), log.npos);
+    EXPECT_NE(log.find("suite.xml(", log.find(entry)), log.npos);
+    EXPECT_EQ(log.find(entry, log.find(entry) + 1), log.npos);
 }

@@ -291,3 +291,31 @@ TEST_F(UsbDescriptorsSuiteTest, SystemThatShowsNoDescriptorsAsksForRecordings) {
         "and no recordings were given. Give a folder of *.bin files as Recordings of section "
         "Suite.");
 }
+
+TEST_F(UsbDescriptorsSuiteTest, LimitsChooseDevicesAndGroupsAndEndTheRun) {
+    Record("mouse.bin", ReadGood("low_speed_mouse"));
+    std::string const text = "<suite><devices><device vendor='f1d0' product='0001'/></devices>"
+                             "<groups><group name='Device descriptor'/></groups>"
+                             "<timeouts><run seconds='0'/></timeouts></suite>";
+    TestFolder const folder;
+    std::filesystem::copy_file(USB_DESCRIPTORS_SCHEMA, folder.Path() / "suite.xsd");
+    folder.Write("suite.xml", Bytes(text.begin(), text.end()));
+    Set("Folder", folder.Text());
+    EXPECT_EQ(Names(), (Lines{"f1d0:0001 Structure", "f1d0:0001 Device descriptor"}));
+    EXPECT_THAT(Run(), testing::Contains("ABORT The run's time of 0 seconds is over"));
+}
+
+TEST_F(UsbDescriptorsSuiteTest, BadLimitsAreOneEntryAndTheEnd) {
+    std::string const text = "<suite limit='1'/>";
+    TestFolder const folder;
+    std::filesystem::copy_file(USB_DESCRIPTORS_SCHEMA, folder.Path() / "suite.xsd");
+    folder.Write("suite.xml", Bytes(text.begin(), text.end()));
+    Set("Folder", folder.Text());
+    LineLog log;
+    CAppState::Log(&log);
+    log.GlobalLogExists(true);
+    std::string const thrown = ThrownBy([] { UsbDescriptorsSuite().Tests(); });
+    CAppState::Log(nullptr);
+    EXPECT_THAT(thrown, testing::HasSubstr("suite.xml("));
+    EXPECT_EQ(log.TakeLines(), (Lines{"ABORT " + thrown}));
+}
