@@ -6,6 +6,7 @@
 // The files stay: one that was removed under a holder would hide it from whoever comes next.
 #include <cerrno>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <memory>
 #include <optional>
@@ -91,8 +92,11 @@ bool IsFolder(std::string const & path) {
 std::string UsersPlace() {
     char const * const session = std::getenv("XDG_RUNTIME_DIR");
     if (session != nullptr && session[0] == '/') return std::string(session) + "/morvex.";
-    std::string const user = std::to_string(geteuid());
-    std::string const usual = "/run/user/" + user;
+    // A conversion of the C++ library shares its digits with other libraries, which then cannot be
+    // unloaded.
+    char user[16];
+    std::snprintf(user, sizeof user, "%u", static_cast<unsigned>(geteuid()));
+    std::string const usual = std::string("/run/user/") + user;
     if (IsFolder(usual)) return usual + "/morvex.";
     return std::string(MachinesFolder) + "/morvex-" + user + '.';
 }

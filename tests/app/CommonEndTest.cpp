@@ -30,6 +30,9 @@ private:
 
 class CommonEndTest : public CommonSuiteBench {
 protected:
+    // What ends here still notes it.
+    ~CommonEndTest() override { End(); }
+
     // The caller's, to be ended by the library; the global one too, unless told otherwise.
     void Make() {
         m_Log = NewLog("log");

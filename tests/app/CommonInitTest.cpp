@@ -35,7 +35,7 @@ TEST_F(CommonInitTest, TheFormattedLogWritesIntoTheGivenBufferWhichIsEmptiedFirs
     End();
 }
 
-TEST_F(CommonInitTest, AConsoleSuiteWritesToStandardErrorAndToItsFile) {
+TEST_F(CommonInitTest, AConsoleSuiteWritesToStandardError) {
     m_Type = TS_LOG_CONSOLE;
     m_Buffer = nullptr;
     testing::internal::CaptureStderr();
@@ -46,7 +46,7 @@ TEST_F(CommonInitTest, AConsoleSuiteWritesToStandardErrorAndToItsFile) {
         "INFO    User Input module initialized\n");
     auto * const log = dynamic_cast<CConsoleOutMXLog *>(m_Log);
     ASSERT_NE(log, nullptr);
-    EXPECT_EQ(log->GetLogName(), "");
+    EXPECT_EQ(log->GetLogName(), "stdout");
 }
 
 TEST_F(CommonInitTest, TheConsoleLogHasTheNameOfTheGivenFile) {

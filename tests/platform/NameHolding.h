@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -14,10 +15,7 @@
 
 class NameHolding : public testing::Test {
 protected:
-    NameHolding()
-        : m_Folder(
-            std::filesystem::temp_directory_path()
-            / ("names-" + std::to_string(OwnProcessId()) + '-' + std::to_string(++m_Count))) {
+    NameHolding() : m_Folder(std::filesystem::temp_directory_path() / m_Name) {
         std::filesystem::create_directories(m_Folder);
         SetEnvironment("XDG_RUNTIME_DIR", m_Folder.string().c_str());
     }
@@ -62,7 +60,12 @@ protected:
     }
 
 private:
-    static inline int m_Count = 0;
+    static std::string NewName() {
+        std::random_device seed;
+        return "Morvex test " + std::to_string(seed()) + '-' + std::to_string(seed());
+    }
+
+    int m_Count = 0;
+    std::string const m_Name = NewName();
     std::filesystem::path const m_Folder;
-    std::string const m_Name = "Morvex test " + std::to_string(OwnProcessId());
 };

@@ -1,6 +1,7 @@
 // The line about the system under real systems' versions: Wine shows a program whichever it is
 // told to.
 #include <filesystem>
+#include <random>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -18,7 +19,7 @@ protected:
     SystemVersionsTest()
         : m_Folder(
             std::filesystem::temp_directory_path()
-            / ("systems-" + std::to_string(OwnProcessId()))) {
+            / ("systems-" + std::to_string(std::random_device()()))) {
         std::filesystem::create_directories(m_Folder);
     }
     ~SystemVersionsTest() override {
