@@ -30,6 +30,7 @@ TEST_F(FormattedRunTest, AFileOnStandardErrorNeverGetsColors) {
     EXPECT_EQ(
         result, (Result{
                     0, "",
+                    "Test log initialized.\nLog Level: Normal\nUser Input module initialized\n"
                     "\n===============\n\nNow Starting Test: T1\nStart time: <time>\n"
                     "plain\nmarked\nplain again\n\nStop time: <time>\nDuration:  <seconds>.\n"
                     "Stopping Test [ T1:\n     Number of: Fails (0); Aborts (0); Warnings (0) ]\n\n"
@@ -41,7 +42,7 @@ TEST_F(FormattedRunTest, WhatIsRecordedBehindTheLogIsNotFiled) {
     EXPECT_EQ(Run(Arguments("late")).code, 0);
     EXPECT_EQ(
         Normalized(Contents(File("run.log"))),
-        "INFO    Start time: <time>\n" + Stop()
+        Opened() + "INFO    Start time: <time>\n" + Stop()
             + "INFO    TEST SUITE SUMMARY:\n    [ Fails (0); Aborts (0); Warnings (0) ]\n"
               "INFO    TEST RESULTS:\n    [ Passed (1); Failed (0) ]\n");
 }
@@ -53,7 +54,7 @@ TEST_F(FormattedRunTest, EveryEntryThatWasWrittenIsInTheFileOfAKilledRun) {
     auto const end = child.Wait();
     ASSERT_TRUE(end && end->killed);
     std::string const told = TextOfBytes(child.Output());
-    std::string entries = "INFO    Start time: <time>\n";
+    std::string entries = Opened() + "INFO    Start time: <time>\n";
     for (std::size_t from = 0, to; (to = told.find('\n', from)) != told.npos; from = to + 1)
         entries += "INFO    entry " + told.substr(from, to - from) + '\n';
     EXPECT_EQ(Normalized(Contents(File("run.log"))).substr(0, entries.size()), entries);

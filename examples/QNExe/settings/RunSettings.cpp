@@ -30,7 +30,7 @@ std::string FolderOf(std::string const & file) {
 HostArgs RunSettings::Gathered(HostOptions const & options) {
     HostArgs args;
     args.Set("Quillon", "ProgramName", ProgramName, "built in");
-    args.Set("Suite", "Folder", FolderOf(options.suite), "--suite");
+    if (!options.suite.empty()) args.Set("Suite", "Folder", FolderOf(options.suite), "--suite");
     args.SetFromRegistry();
     if (options.settings)
         for (Setting const & each : ReadSettingsFile(*options.settings))

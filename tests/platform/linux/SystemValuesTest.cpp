@@ -86,7 +86,7 @@ TEST(ErrorTextFlagsTest, OtherFlagsAreRefused) {
     char * text = nullptr;
     SetLastError(0);
     EXPECT_EQ(
-        FormatMessageA(0x1300, nullptr, 2, 0, reinterpret_cast<char *>(&text), 0, nullptr), 0u);
+        FormatMessageA(0x1900, nullptr, 2, 0, reinterpret_cast<char *>(&text), 0, nullptr), 0u);
     EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
     EXPECT_EQ(text, nullptr);
 }

@@ -56,7 +56,7 @@ TEST_F(OperatorRunTest, TheSampleSuiteAsksOneQuestionOfEachKind) {
     ASSERT_TRUE(terminal.WaitFor("Numbers 1-3> "));
     terminal.Type("3 1\r");
     ASSERT_TRUE(terminal.WaitFor("File, or nothing> "));
-    terminal.Type(File("mo") + "\t\r");
+    terminal.Type(File("mou") + "\t\r");
     EXPECT_EQ(terminal.Finish(), 0);
     for (std::string const & entry :
          {std::string("The operator has connected the device"), std::string("The light is on"),

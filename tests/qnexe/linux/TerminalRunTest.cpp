@@ -66,6 +66,10 @@ protected:
         return "\x1b[" + codes + "m" + text + "\x1b[0m\n";
     }
 
+    static std::string ShownOpening() {
+        return "Test log initialized.\nLog Level: Normal\nUser Input module initialized\n";
+    }
+
     static std::string ShownStart(std::string const & test) {
         return "\n" + In(Start, "===============") + "\n" + In(Start, "Now Starting Test: " + test)
                + In(Start, "Start time: <time>");
@@ -106,9 +110,8 @@ TEST_F(TerminalRunTest, APassingRunIsShownInItsLooks) {
     std::string const counts = "Fails (0); Aborts (0); Warnings (1)";
     EXPECT_EQ(
         Normalized(WithoutProgress(terminal.Shown())),
-        "Test log initialized.\nLog Level: Normal\nUser Input module initialized\n"
-            + ShownStart("T1") + ShownStop("T1", "Fails (0); Aborts (0); Warnings (0)") + "\n"
-            + ShownStart("T2").substr(1) + "port 2 answers\n" + In(Red, "port 2 is slow")
+        ShownOpening() + ShownStart("T1") + ShownStop("T1", "Fails (0); Aborts (0); Warnings (0)")
+            + "\n" + ShownStart("T2").substr(1) + "port 2 answers\n" + In(Red, "port 2 is slow")
             + ShownStop("T2", counts) + ShownSummary(counts, "Passed (2); Failed (0)"));
 }
 
@@ -143,15 +146,15 @@ TEST_F(TerminalRunTest, ALookEndsWithItsEntry) {
     EXPECT_EQ(terminal.Finish(), 0);
     EXPECT_EQ(
         Normalized(WithoutProgress(terminal.Shown())),
-        ShownStart("T1") + "plain\n" + In("1;3;4;38;2;0;0;0;48;2;255;255;0", "marked")
-            + "plain again\n" + ShownStop("T1", Clean)
-            + ShownSummary(Clean, "Passed (1); Failed (0)"));
+        ShownOpening() + ShownStart("T1") + "plain\n"
+            + In("1;3;4;38;2;0;0;0;48;2;255;255;0", "marked") + "plain again\n"
+            + ShownStop("T1", Clean) + ShownSummary(Clean, "Passed (1); Failed (0)"));
 }
 
 TEST_F(TerminalRunTest, TheSampleSuiteIsShownInItsLooks) {
     Pty terminal = AtSample({"good/low_speed_mouse.bin", "faulty/power_above_limit.bin"});
     EXPECT_EQ(terminal.Finish(), 1);
-    std::string expected;
+    std::string expected = ShownOpening();
     for (char const * device : {"f1d0:0001 ", "f1d0:010e "}) {
         for (char const * part :
              {"Structure", "Device descriptor", "Configuration descriptors",
@@ -189,7 +192,7 @@ TEST_F(TerminalRunTest, CtrlCEndsTheRunInOrder) {
     std::string const counts = "Fails (1); Aborts (1); Warnings (0)";
     EXPECT_EQ(
         Normalized(WithoutProgress(terminal.Shown())),
-        ShownStart("T1") + In(BoldRed, "Test aborted by user.")
+        ShownOpening() + ShownStart("T1") + In(BoldRed, "Test aborted by user.")
             + In(BoldRed, "Test did not execute all required steps.")
             + ShownStop("T1", counts, FailedStop) + "\n"
             + In(BoldRed, "*** TEST SUITE WAS ABORTED BY USER ***")
