@@ -30,22 +30,25 @@ protected:
 TEST_F(CMFCDialogMXUserInputThreadTest, OneAsksAndOneTerminatesRoundByRound) {
     int const rounds = Rounds();
     LetDialogsEnd(3);
-    std::atomic<bool> isOver = false;
+    // Each round is terminated once, at whatever moment of it: a busy machine could otherwise let
+    // the terminating thread take the mutex over and over.
+    std::atomic<int> round = 0;
     std::thread terminator([&] {
-        while (!isOver) {
+        for (int done = 0; done < rounds; ++done) {
+            while (round <= done)
+                std::this_thread::yield();
             EXPECT_EQ(m_Input->TerminateDialog(), TS_SUCCESS);
-            std::this_thread::yield();
         }
     });
     int answered = 0;
     int ended = 0;
     for (int i = 0; i < rounds; ++i) {
+        round = i + 1;
         TS_STATUS const result = Ask();
         answered += result == TS_SUCCESS;
         ended += result == TS_DIALOG_BUSY;
         if (i % 100 == 0) Calls();
     }
-    isOver = true;
     terminator.join();
     EXPECT_EQ(answered + ended, rounds);
     EXPECT_TRUE(IsIdle());

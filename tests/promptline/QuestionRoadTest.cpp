@@ -150,21 +150,22 @@ TEST_F(QuestionRoadTest, OneAsksAndOneTerminatesRoundByRound) {
     char const * const given = std::getenv("MORVEX_DIALOG_ROUNDS");
     int const rounds = given != nullptr ? std::atoi(given) : 300;
     Serve(R"({"answer": "t", "times": 1000000})");
-    std::atomic<bool> isOver = false;
+    std::atomic<int> round = 0;
     std::thread terminator([&] {
-        while (!isOver) {
-            m_Input->TerminateDialog();
-            std::this_thread::yield();
+        for (int done = 0; done < rounds; ++done) {
+            while (round <= done)
+                std::this_thread::yield();
+            EXPECT_EQ(m_Input->TerminateDialog(), TS_SUCCESS);
         }
     });
     int answered = 0;
     int ended = 0;
     for (int i = 0; i < rounds; ++i) {
+        round = i + 1;
         TS_STATUS const result = AskText();
         answered += result == TS_SUCCESS;
         ended += result == TS_DIALOG_BUSY;
     }
-    isOver = true;
     terminator.join();
     EXPECT_EQ(answered + ended, rounds);
     EXPECT_FALSE(m_Input->IsDialogActive());

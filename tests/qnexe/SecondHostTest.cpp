@@ -13,13 +13,15 @@ namespace {
 
 class SecondHostTest : public ChildHost {
 protected:
+    std::string FirstLog() const { return File("first.log"); }
+
     // A program that runs until it is killed.
     std::unique_ptr<ChildProcess> StartFirst() {
         auto const folder = std::filesystem::path(File("first"));
         std::filesystem::create_directories(folder);
         auto first = std::make_unique<ChildProcess>(
             ProgramFolder() / ProgramFileName("QNExe"),
-            std::vector<std::string>{"--suite", Suite("endless")}, folder);
+            std::vector<std::string>{"--suite", Suite("endless"), "--log", FirstLog()}, folder);
         EXPECT_TRUE(first->WaitForOutput(std::string("waiting").size()));
         return first;
     }
@@ -41,7 +43,7 @@ TEST_F(SecondHostTest, TheSecondProgramWarnsInItsLogAndRunsToItsEnd) {
     EXPECT_EQ(second.code, 0);
     EXPECT_EQ(LinesBeforeTheTests(second), Warning);
     EXPECT_TRUE(first->IsRunning());
-    EXPECT_EQ(Normalized(first->Error()), Opened() + Started());
+    EXPECT_EQ(Normalized(Contents(FirstLog())), Opened() + Started());
 }
 
 TEST_F(SecondHostTest, TheWarningIsInAQuietLogToo) {
