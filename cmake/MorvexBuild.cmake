@@ -14,7 +14,9 @@ set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 
 find_program(MORVEX_CCACHE ccache)
 if(MORVEX_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${MORVEX_CCACHE})
+  # Clones in different folders share what was compiled.
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env
+    CCACHE_BASEDIR=${PROJECT_SOURCE_DIR} CCACHE_NOHASHDIR=true ${MORVEX_CCACHE})
 endif()
 
 add_library(morvex_options INTERFACE)
