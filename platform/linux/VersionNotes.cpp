@@ -110,7 +110,8 @@ std::string VersionInMemory(dl_phdr_info const & module) {
 // Of the main program the loader gives no name.
 int LookAtLoaded(dl_phdr_info * module, std::size_t, void * context) {
     auto & search = *static_cast<LoadedSearch *>(context);
-    std::string_view const path = module->dlpi_name[0] != '\0' ? module->dlpi_name : search.program;
+    std::string_view const name = module->dlpi_name;
+    std::string_view const path = name.empty() ? std::string_view(search.program) : name;
     if (!search.wanted.IsCalled(BaseName(path))) return 0;
     search.version = VersionInMemory(*module);
     return 1;
