@@ -23,6 +23,11 @@ std::filesystem::path NewFolder() {
     return folder;
 }
 
+// Beside the test's files, which some tests list.
+std::filesystem::path SessionOf(std::filesystem::path const & folder) {
+    return folder.string() + "-session";
+}
+
 std::filesystem::path Program() { return ProgramFolder() / ProgramFileName("QNExe"); }
 
 } // namespace
@@ -56,13 +61,15 @@ std::string Summary(std::string const & counts, int passed, int failed) {
 }
 
 ChildHost::ChildHost() : m_Folder(NewFolder()) {
-    SetEnvironment("XDG_RUNTIME_DIR", m_Folder.string().c_str());
+    std::filesystem::create_directories(SessionOf(m_Folder));
+    SetEnvironment("XDG_RUNTIME_DIR", SessionOf(m_Folder).string().c_str());
 }
 
 ChildHost::~ChildHost() {
     m_Child.reset();
     ClearEnvironment("XDG_RUNTIME_DIR");
     std::error_code ignored;
+    std::filesystem::remove_all(SessionOf(m_Folder), ignored);
     std::filesystem::remove_all(m_Folder, ignored);
 }
 
