@@ -51,6 +51,6 @@ std::string ReasonOf(char const * message) {
 
 std::string Sentence(XmlFailure const & failure) {
     std::string place = failure.file;
-    if (failure.line > 0) place += "(" + std::to_string(failure.line) + ")";
+    if (failure.line > 0) place.append("(").append(std::to_string(failure.line)).append(")");
     return place.empty() ? failure.reason : place + ": " + failure.reason;
 }
