@@ -12,6 +12,7 @@
 #include "app/Common.h"
 #include "examples/QNExe/ProgramName.h"
 #include "examples/QNExe/TestEngine.h"
+#include "examples/QNExe/view/DefaultLook.h"
 #include "examples/QNExe/view/LogFile.h"
 #include "examples/QNExe/view/Terminal.h"
 #include "log/CMXLog.h"
@@ -19,22 +20,14 @@
 
 namespace {
 
-// The look of text that names none. It specifies everything that a log changes, so that a return to
-// it undoes every change.
-void SetDefaultLook() {
-    CFormatInfo look;
-    look.setBold(false, 400);
-    look.setItalic(false);
-    look.setUnderline(false);
-    look.clearColor();
-    look.clearBackColor();
-    look.format.cbSize = sizeof look.format;
-    COutputBuffer::InitializeDefaultFormatInfo(look.format);
-}
-
 bool IsFormatted(LogView view) {
     if (view != LogView::Auto) return view == LogView::Formatted;
     return KindOf(stderr) == StreamKind::Terminal;
+}
+
+std::unique_ptr<FormattedView> ViewFor(HostOptions const & options, RunView const * given) {
+    if (given != nullptr || !IsFormatted(options.view)) return nullptr;
+    return std::make_unique<FormattedView>(stderr);
 }
 
 // Hears of a suite's entries for a scope, when there is a listener.
@@ -113,11 +106,12 @@ Host::LibraryState::~LibraryState() {
     CAppState::CleanupAppState();
 }
 
-Host::Host(HostOptions const & options)
+Host::Host(HostOptions const & options, RunView * view)
     : m_Options(options),
       m_Settings(m_Options),
-      m_View(IsFormatted(options.view) ? std::make_unique<FormattedView>(stderr) : nullptr),
-      m_Window(m_View.get()),
+      m_OwnView(ViewFor(options, view)),
+      m_View(view != nullptr ? view : m_OwnView.get()),
+      m_Window(m_View),
       m_Questions(m_Window, m_SuiteLog),
       m_Library(options.suite) {
     FillState();
@@ -135,7 +129,7 @@ void Host::FillState() {
 }
 
 void Host::BindWindow() {
-    SetDefaultLook();
+    InitializeDefaultLook();
     CUIUpdate::GetUIUpdate(m_Window.Handle())->SetOutputBuffer(&m_Output);
 }
 
@@ -170,7 +164,7 @@ void Host::RunTests(TestSuite & suite) {
     std::unique_ptr<LogFile> file;
     if (m_Options.log && m_View) file = std::make_unique<LogFile>(*m_Options.log);
     if (m_Options.log && !m_View) CheckLogFile(*m_Options.log);
-    Listening const listening(m_SuiteLog, file.get());
+    Listening const listening(m_SuiteLog, m_View ? m_View->Listener(file.get()) : file.get());
     RunningSuite const running(
         m_View ? TS_LOG_HTML : TS_LOG_CONSOLE, m_Output, m_Options.versions,
         m_Options.log ? &*m_Options.log : nullptr);

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "app/CAppState.h"
-#include "examples/QNExe/view/FormattedView.h"
+#include "examples/QNExe/view/RunView.h"
 #include "messages/CWindowsMessage.h"
 #include "output/COutputBuffer.h"
 #include "output/CUIUpdate.h"
@@ -23,7 +23,7 @@ static_assert(HostLoop::InterruptMessage != CUIUpdate::UpdateMessage);
 // Read and written by the window's procedure alone.
 bool abortsRefused = false;
 bool renderPending = false;
-FormattedView * shownIn = nullptr;
+RunView * shownIn = nullptr;
 CPromptService * questions = nullptr;
 
 [[noreturn]] void Fail() {
@@ -70,9 +70,9 @@ void Render() {
 }
 
 // What came in since the last update, and whatever is not shown yet.
-void ShowTheRest() {
+void ShowTheRest(bool testWaits) {
     if (shownIn == nullptr) return DropText();
-    if (shownIn->TakeOver(false)) Render();
+    if (shownIn->TakeOver(testWaits)) Render();
 }
 
 // What the record says is only valid during this call, so the message takes it along. The library
@@ -106,11 +106,12 @@ HostWindow::Window::Window()
 
 HostWindow::Window::~Window() { DestroyWindow(handle); }
 
-HostWindow::HostWindow(FormattedView * view) : m_Loop(m_Window.handle) {
+HostWindow::HostWindow(RunView * view) : m_Loop(m_Window.handle) {
     abortsRefused = false;
     renderPending = false;
     shownIn = view;
     questions = nullptr;
+    m_Loop.Keys(view);
 }
 
 void HostWindow::Serve() noexcept { m_Loop.Run(); }
@@ -123,7 +124,7 @@ void HostWindow::Questions(CPromptService * prompts) {
 }
 
 void HostWindow::QuestionShown(bool shown) {
-    if (shown) ShowTheRest();
+    if (shown) ShowTheRest(false);
     if (shownIn != nullptr) shownIn->HoldProgress(shown);
 }
 
@@ -142,7 +143,7 @@ LRESULT CALLBACK HostWindow::Receive(HWND window, UINT message, WPARAM wParam, L
         Render();
         return 0;
     case HostLoop::IdleMessage:
-        ShowTheRest();
+        ShowTheRest(false);
         return 0;
     case HostLoop::InterruptMessage:
         OnInterrupt();
@@ -154,7 +155,7 @@ LRESULT CALLBACK HostWindow::Receive(HWND window, UINT message, WPARAM wParam, L
         ForwardToTests(window, message, wParam, lParam);
         return TRUE;
     case EndMessage:
-        ShowTheRest();
+        ShowTheRest(InSendMessage() != 0);
         PostQuitMessage(0);
         return 0;
     default:
