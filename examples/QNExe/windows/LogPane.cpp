@@ -111,7 +111,7 @@ LogPane::LogPane(HWND parent) : m_Library(LoadControl()) {
                             | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL | ES_AUTOHSCROLL
                             | ES_NOHIDESEL;
     m_Handle = CreateWindowExW(
-        WS_EX_CLIENTEDGE, L"RICHEDIT50W", L"Log", style, 0, 0, 0, 0, parent,
+        WS_EX_CLIENTEDGE, L"RICHEDIT50W", L"", style, 0, 0, 0, 0, parent,
         reinterpret_cast<HMENU>(INT_PTR{ID_LOG_VIEW}), nullptr, nullptr);
     if (m_Handle == nullptr) throw std::runtime_error("the log's control cannot be made.");
     SetWindowLongPtrW(m_Handle, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));

@@ -9,7 +9,11 @@
 #include "examples/QNExe/windows/ResourceIds.h"
 
 StatusCounts::StatusCounts(HWND parent)
-    : m_Bar(MakeControl(parent, STATUSCLASSNAMEW, L"", SBARS_SIZEGRIP, ID_STATUS_BAR)) {}
+    : m_Bar(MakeControl(parent, STATUSCLASSNAMEW, L"", SBARS_SIZEGRIP, ID_STATUS_BAR)) {
+    // A part takes a text only once it is there.
+    std::array<int, Count> ends = {};
+    SendMessageW(m_Bar, SB_SETPARTS, Count, reinterpret_cast<LPARAM>(ends.data()));
+}
 
 void StatusCounts::ShowState(std::wstring const & text) {
     SendMessageW(m_Bar, SB_SETTEXTW, State, reinterpret_cast<LPARAM>(text.c_str()));

@@ -1,0 +1,44 @@
+// The program QNExe with its window, as a child of a test.
+#include "qnexe_window/WindowChild.h"
+
+#include "examples/QNExe/windows/MainWindow.h"
+#include "examples/QNExe/windows/ResourceIds.h"
+#include "qnexe_window/KeptPlace.h"
+
+WindowChild::WindowChild() { ForgetPlace(); }
+
+WindowChild::~WindowChild() { ForgetPlace(); }
+
+void WindowChild::Open(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), "--window");
+    ChildProcess & child = Start(arguments);
+    bool const isUp = WaitFor([&] {
+        m_Window = RemoteWindow(FindWindowW(MainWindow::ClassName, nullptr));
+        bool const isShown = m_Window && IsWindowVisible(m_Window.Handle()) != 0;
+        return isShown || !child.IsRunning();
+    });
+    ASSERT_TRUE(isUp && m_Window) << child.Error();
+}
+
+RemoteWindow WindowChild::Log() const { return m_Window.Child(ID_LOG_VIEW); }
+
+std::wstring WindowChild::State() const { return Part(StatusCounts::State); }
+
+std::wstring WindowChild::Part(int part) const { return m_Window.Child(ID_STATUS_BAR).Part(part); }
+
+void WindowChild::AwaitState(std::wstring const & state) {
+    RemoteWindow const save = m_Window.Child(ID_LOG_SAVE);
+    bool const isThere = WaitFor([&] { return save.IsEnabled() && State() == state; });
+    EXPECT_TRUE(isThere) << "the state is not \"" << Narrow(state) << "\" but \"" << Narrow(State())
+                         << '"';
+}
+
+void WindowChild::RunToState(std::wstring const & state) {
+    m_Window.Command(ID_RUN_START);
+    AwaitState(state);
+}
+
+std::optional<int> WindowChild::Close() {
+    PostMessageW(m_Window.Handle(), WM_CLOSE, 0, 0);
+    return Finish().code;
+}
