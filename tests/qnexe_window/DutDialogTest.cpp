@@ -28,10 +28,7 @@ protected:
         m_Dialog = Window().Dialog();
     }
 
-    void CloseDialog() {
-        m_Dialog.Command(IDCANCEL);
-        EXPECT_TRUE(WaitFor([&] { return IsWindow(m_Dialog.Handle()) == 0; }));
-    }
+    void CloseDialog() { m_Dialog.End(IDCANCEL); }
 
     // A button's command, done when this returns.
     void Press(int button) { m_Dialog.Send(WM_COMMAND, static_cast<WPARAM>(button)); }

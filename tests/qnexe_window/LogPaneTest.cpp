@@ -161,6 +161,17 @@ TEST_F(LogPaneTest, FollowsTheEndUnlessTheReaderHasGoneBack) {
     EXPECT_EQ(firstSeen(), 0);
 }
 
+TEST_F(LogPaneTest, LinesAreSeenFromTheirBeginning) {
+    std::wstring lines;
+    for (int line = 0; line < 200; ++line)
+        lines += std::wstring(300, L'w') + L"\r\n";
+    Show({{lines, {}}, {lines, {.bold = true}}});
+    POINT place = {};
+    m_Remote.Send(EM_GETSCROLLPOS, 0, reinterpret_cast<LPARAM>(&place));
+    EXPECT_EQ(place.x, 0);
+    EXPECT_GT(place.y, 0);
+}
+
 TEST_F(LogPaneTest, TextBeyondSixtyFourThousandCharactersIsKept) {
     std::wstring const line(99, L'm');
     std::wstring text;

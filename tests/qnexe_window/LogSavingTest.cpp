@@ -12,14 +12,8 @@ class LogSavingTest : public WindowChild {
 protected:
     // Saves under this name in the test's folder.
     void Save(std::string const & name) {
-        std::string const file = File(name);
         Window().Command(ID_LOG_SAVE);
-        RemoteWindow const dialog = Window().Dialog();
-        constexpr int nameField = 0x480;
-        RemoteWindow const field = dialog.Child(nameField);
-        field.Text(std::wstring(file.begin(), file.end()));
-        dialog.Command(IDOK);
-        EXPECT_TRUE(WaitFor([&] { return IsWindow(dialog.Handle()) == 0; }));
+        Window().Dialog().TakeFile(File(name));
         EXPECT_TRUE(WaitFor([&] { return Window().IsEnabled(); }));
     }
 };
@@ -39,7 +33,7 @@ TEST_F(LogSavingTest, RichTextKeepsTheLooks) {
     Save("log.rtf");
     EXPECT_TRUE(WaitFor([&] { return !Contents(File("log.rtf")).empty(); }));
     std::string const rtf = Contents(File("log.rtf"));
-    EXPECT_EQ(rtf.find("{\\rtf"), 0u);
+    EXPECT_EQ(rtf.find("{\\rtf1"), 0u) << rtf;
     EXPECT_NE(rtf.find("\\red255\\green255\\blue0"), std::string::npos);
     EXPECT_NE(rtf.find("marked"), std::string::npos);
     EXPECT_EQ(Close(), 0);

@@ -124,6 +124,15 @@ TEST_F(MainWindowTest, TheKeyboardLeavesAButtonThatIsSwitchedOff) {
     EXPECT_EQ(GetDlgCtrlID(GetFocus()), ID_LOG_VIEW);
 }
 
+TEST_F(MainWindowTest, WhatControlsTellBesidesClicksIsNoCommand) {
+    SendMessageW(
+        m_Window.Handle(), WM_COMMAND, MAKEWPARAM(ID_RUN_START, BN_SETFOCUS),
+        reinterpret_cast<LPARAM>(Control(ID_RUN_START)));
+    EXPECT_EQ(m_Commands, Commands{});
+    SendMessageW(Control(ID_RUN_START), BM_CLICK, 0, 0);
+    EXPECT_EQ(m_Commands, Commands{ID_RUN_START});
+}
+
 TEST_F(MainWindowTest, ClosingIsACommand) {
     SendMessageW(m_Window.Handle(), WM_CLOSE, 0, 0);
     EXPECT_EQ(m_Commands, Commands{ID_WINDOW_CLOSE});
@@ -170,17 +179,17 @@ TEST_F(MainWindowTest, AnotherResolutionScalesFontsTextAndFrame) {
     UINT const before = GetDpiForWindow(m_Window.Handle());
     int const font = FontHeight(ID_RUN_START);
     RECT wanted{10, 20, 910, 620};
-    UINT const twice = 2 * before;
+    UINT const larger = before * 3 / 2;
     SendMessageW(
-        m_Window.Handle(), WM_DPICHANGED, MAKEWPARAM(twice, twice),
+        m_Window.Handle(), WM_DPICHANGED, MAKEWPARAM(larger, larger),
         reinterpret_cast<LPARAM>(&wanted));
-    EXPECT_NEAR(FontHeight(ID_RUN_START), 2 * font, 2);
+    EXPECT_NEAR(FontHeight(ID_RUN_START), font * 3 / 2, 2);
     DWORD numerator = 0;
     DWORD denominator = 0;
     SendMessageW(
         m_Window.Log().Handle(), EM_GETZOOM, reinterpret_cast<WPARAM>(&numerator),
         reinterpret_cast<LPARAM>(&denominator));
-    EXPECT_EQ(numerator, 2 * denominator);
+    EXPECT_EQ(numerator * 2, denominator * 3);
     RECT const frame = Frame(m_Window.Handle());
     EXPECT_NE(EqualRect(&frame, &wanted), 0);
 }

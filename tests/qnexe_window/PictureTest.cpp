@@ -94,12 +94,21 @@ TEST_F(PictureTest, ColoursAndWeightsAreSeenWhereTheLogHasThem) {
     });
 }
 
-TEST_F(PictureTest, FailuresOfTheSampleSuiteAreSeenInTheirColour) {
+TEST_F(PictureTest, TheVerdictOfTheSampleSuiteIsSeenInItsColour) {
     After((ProgramFolder() / "usb_descriptors.dll").string(), [&] {
         SIZE const size = LogSize();
         Picture picture(size.cx, size.cy);
         picture.Print(m_Log.Handle(), {});
-        picture.SavePng((ProgramFolder() / "window-log.png").wstring());
+        EXPECT_TRUE(picture.SavePng((ProgramFolder() / "window-log.png").wstring()));
+        // The log stands at its end.
+        RECT const verdict = LineOf(L"TEST RESULTS:\n");
+        ASSERT_GE(verdict.top, 0);
+        ASSERT_LE(verdict.bottom, size.cy);
+        CHARFORMAT2W const look = m_Log.LookOf(L"TEST RESULTS:");
+        ASSERT_EQ(look.dwEffects & CFE_AUTOCOLOR, 0u);
+        EXPECT_NE(look.crTextColor, Black);
+        EXPECT_GT(picture.Count(look.crTextColor, verdict), 50u);
+        EXPECT_EQ(picture.Count(Black, verdict), 0u);
     });
 }
 

@@ -118,6 +118,20 @@ RemoteWindow RemoteWindow::Dialog() const {
     return RemoteWindow(search.found);
 }
 
+void RemoteWindow::End(int command) const {
+    Command(command);
+    EXPECT_TRUE(WaitFor([&] { return IsWindow(m_Window) == 0; })) << "the dialog stays";
+}
+
+// The field of the name has one of two numbers, by the kind of the dialog.
+void RemoteWindow::TakeFile(std::string const & name) const {
+    RemoteWindow const combined = Child(0x47C);
+    RemoteWindow const field = combined ? combined : Child(0x480);
+    ASSERT_TRUE(field) << "the dialog has no field for a name";
+    field.Text(*Utf8ToUtf16(name));
+    End(IDOK);
+}
+
 void RemoteWindow::AskBytes(UINT message, WPARAM wParam, void * bytes, std::size_t size) const {
     RemoteMemory memory(m_Window, size);
     memory.Write(bytes);

@@ -61,6 +61,12 @@ public:
     // The dialog that this window has put up; waits for it.
     RemoteWindow Dialog() const;
 
+    // Of a dialog: closes it by this command, and waits until it is gone.
+    void End(int command) const;
+
+    // Of the system's dialog for files: takes this file.
+    void TakeFile(std::string const & name) const;
+
 private:
     void AskBytes(UINT message, WPARAM wParam, void * bytes, std::size_t size) const;
 

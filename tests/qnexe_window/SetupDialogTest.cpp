@@ -15,11 +15,6 @@ protected:
         m_Dialog = Window().Dialog();
     }
 
-    void EndDialog(int command) {
-        m_Dialog.Command(command);
-        EXPECT_TRUE(WaitFor([&] { return IsWindow(m_Dialog.Handle()) == 0; }));
-    }
-
     static std::wstring Wide(std::string const & text) { return {text.begin(), text.end()}; }
 
     RemoteWindow m_Dialog;
@@ -29,7 +24,7 @@ TEST_F(SetupDialogTest, AChosenSuiteRuns) {
     Open();
     OpenDialog();
     m_Dialog.Child(ID_SETUP_SUITE).Text(Wide(Suite("passing")));
-    EndDialog(IDOK);
+    m_Dialog.End(IDOK);
     EXPECT_TRUE(WaitFor([&] { return Window().Child(ID_RUN_START).IsEnabled(); }));
     EXPECT_EQ(Window().Child(ID_SUITE_NAME).Text(), Wide(Suite("passing")));
     RunToState(L"Passed");
@@ -45,7 +40,7 @@ TEST_F(SetupDialogTest, TheOptionsOfTheCommandLineAreShown) {
     EXPECT_TRUE(isOn(ID_SETUP_ONLY_FAILURES));
     EXPECT_FALSE(isOn(ID_SETUP_INTERACTIVE));
     EXPECT_FALSE(isOn(ID_SETUP_VERSIONS));
-    EndDialog(IDCANCEL);
+    m_Dialog.End(IDCANCEL);
     EXPECT_EQ(Close(), 2);
 }
 
@@ -53,7 +48,7 @@ TEST_F(SetupDialogTest, CancelKeepsTheSuite) {
     OpenWithSuite("passing");
     OpenDialog();
     m_Dialog.Child(ID_SETUP_SUITE).Text(L"");
-    EndDialog(IDCANCEL);
+    m_Dialog.End(IDCANCEL);
     EXPECT_TRUE(Window().Child(ID_RUN_START).IsEnabled());
     EXPECT_EQ(Close(), 2);
 }

@@ -17,11 +17,6 @@ protected:
         m_Dialog = Window().Dialog();
     }
 
-    void EndDialog(int command) {
-        m_Dialog.Command(command);
-        EXPECT_TRUE(WaitFor([&] { return IsWindow(m_Dialog.Handle()) == 0; }));
-    }
-
     RemoteWindow List() const { return m_Dialog.Child(ID_VIF_DFP_LIST); }
 
     std::vector<std::wstring> Listed() const {
@@ -50,7 +45,7 @@ TEST_F(VifDialogTest, TheChoiceOfTheCommandLineIsShown) {
     OpenDialog();
     EXPECT_EQ(m_Dialog.Child(ID_VIF_UFP).Text(), L"u.xml");
     EXPECT_EQ(Listed(), (Names{L"a.xml", L"b.xml"}));
-    EndDialog(IDCANCEL);
+    m_Dialog.End(IDCANCEL);
     EXPECT_EQ(Close(), 2);
     ForgetChoice();
 }
@@ -61,13 +56,13 @@ TEST_F(VifDialogTest, SavedChangesAreThereInTheNextProgram) {
     m_Dialog.Child(ID_VIF_UFP).Text(L"\x00FC.xml");
     List().Send(LB_SETSEL, TRUE, 0);
     m_Dialog.Send(WM_COMMAND, ID_VIF_DFP_REMOVE);
-    EndDialog(IDOK);
+    m_Dialog.End(IDOK);
     EXPECT_EQ(Close(), 2);
     Open();
     OpenDialog();
     EXPECT_EQ(m_Dialog.Child(ID_VIF_UFP).Text(), L"\x00FC.xml");
     EXPECT_EQ(Listed(), Names{L"b.xml"});
-    EndDialog(IDCANCEL);
+    m_Dialog.End(IDCANCEL);
     EXPECT_EQ(Close(), 2);
     ForgetChoice();
 }
@@ -79,14 +74,10 @@ TEST_F(VifDialogTest, AChosenFileJoinsTheList) {
     Open();
     OpenDialog();
     m_Dialog.Command(ID_VIF_DFP_ADD);
-    RemoteWindow const chooser = m_Dialog.Dialog();
-    constexpr int nameField = 0x480;
-    RemoteWindow name(GetDlgItem(chooser.Handle(), nameField));
-    name.Text(std::wstring(file.begin(), file.end()));
-    chooser.Command(IDOK);
+    m_Dialog.Dialog().TakeFile(file);
     EXPECT_TRUE(WaitFor([&] { return List().Send(LB_GETCOUNT) == 1; }));
     EXPECT_EQ(Listed(), Names{std::wstring(file.begin(), file.end())});
-    EndDialog(IDCANCEL);
+    m_Dialog.End(IDCANCEL);
     EXPECT_EQ(Close(), 2);
 }
 
@@ -94,10 +85,10 @@ TEST_F(VifDialogTest, CancelKeepsTheChoice) {
     Open({"--ufp-vif", "u.xml"});
     OpenDialog();
     m_Dialog.Child(ID_VIF_UFP).Text(L"other.xml");
-    EndDialog(IDCANCEL);
+    m_Dialog.End(IDCANCEL);
     OpenDialog();
     EXPECT_EQ(m_Dialog.Child(ID_VIF_UFP).Text(), L"u.xml");
-    EndDialog(IDCANCEL);
+    m_Dialog.End(IDCANCEL);
     EXPECT_EQ(Close(), 2);
     ForgetChoice();
 }

@@ -1,9 +1,31 @@
 // The program QNExe with its window, as a child of a test.
 #include "qnexe_window/WindowChild.h"
 
+#include <algorithm>
+
 #include "examples/QNExe/windows/MainWindow.h"
 #include "examples/QNExe/windows/ResourceIds.h"
 #include "qnexe_window/KeptPlace.h"
+
+namespace {
+
+std::vector<HWND> MainWindows() {
+    std::vector<HWND> windows;
+    HWND window = nullptr;
+    while ((window = FindWindowExW(nullptr, window, MainWindow::ClassName, nullptr)) != nullptr)
+        windows.push_back(window);
+    return windows;
+}
+
+RemoteWindow NewWindow(std::vector<HWND> const & before) {
+    for (HWND const window : MainWindows())
+        if (std::find(before.begin(), before.end(), window) == before.end()
+            && IsWindowVisible(window) != 0)
+            return RemoteWindow(window);
+    return RemoteWindow();
+}
+
+} // namespace
 
 WindowChild::WindowChild() { ForgetPlace(); }
 
@@ -11,11 +33,12 @@ WindowChild::~WindowChild() { ForgetPlace(); }
 
 void WindowChild::Open(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), "--window");
+    // One that a test has left behind is not ours.
+    auto const before = MainWindows();
     ChildProcess & child = Start(arguments);
     bool const isUp = WaitFor([&] {
-        m_Window = RemoteWindow(FindWindowW(MainWindow::ClassName, nullptr));
-        bool const isShown = m_Window && IsWindowVisible(m_Window.Handle()) != 0;
-        return isShown || !child.IsRunning();
+        m_Window = NewWindow(before);
+        return m_Window || !child.IsRunning();
     });
     ASSERT_TRUE(isUp && m_Window) << child.Error();
 }

@@ -22,6 +22,9 @@ constexpr std::size_t CharactersInStep = 4096;
 constexpr auto BatchTime = std::chrono::milliseconds(20);
 constexpr UINT PauseMilliseconds = 10;
 
+// The code page of the system's wide texts.
+constexpr UINT Utf16 = 1200;
+
 LRESULT Send(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     return SendMessageW(window, message, wParam, lParam);
 }
@@ -78,10 +81,11 @@ public:
     }
     KeptSelection(KeptSelection const &) = delete;
     KeptSelection & operator=(KeptSelection const &) = delete;
+    // A control that does not draw does not scroll either.
     ~KeptSelection() {
         Send(m_Window, EM_EXSETSEL, 0, Address(m_Selection));
-        Send(m_Window, EM_SETSCROLLPOS, 0, Address(m_Place));
         Send(m_Window, WM_SETREDRAW, TRUE, 0);
+        Send(m_Window, EM_SETSCROLLPOS, 0, Address(m_Place));
         InvalidateRect(m_Window, nullptr, TRUE);
     }
 
@@ -159,10 +163,21 @@ void LogPane::ShowBatch() {
             m_Waiting.pop_front();
         }
     }
-    if (follows) Send(m_Handle, WM_VSCROLL, SB_BOTTOM, 0);
+    if (follows) Follow();
     if (IsWaiting()) return;
     KillTimer(m_Handle, reinterpret_cast<UINT_PTR>(this));
     m_WhenShown();
+}
+
+// Lines are read from their beginning: the end of the longest one is not what is to be seen.
+void LogPane::Follow() const {
+    POINT place = {};
+    Send(m_Handle, EM_GETSCROLLPOS, 0, Address(place));
+    LONG const column = place.x;
+    Send(m_Handle, WM_VSCROLL, SB_BOTTOM, 0);
+    Send(m_Handle, EM_GETSCROLLPOS, 0, Address(place));
+    place.x = column;
+    Send(m_Handle, EM_SETSCROLLPOS, 0, Address(place));
 }
 
 void LogPane::Append(StyledText const & piece) {
@@ -175,12 +190,13 @@ void LogPane::Append(StyledText const & piece) {
 
 // Whoever has scrolled back reads, and is not taken away from there.
 bool LogPane::IsAtEnd() const {
-    SCROLLINFO info = {};
-    info.cbSize = sizeof info;
-    info.fMask = SIF_ALL;
-    if (GetScrollInfo(m_Handle, SB_VERT, &info) == 0) return true;
-    constexpr int slack = 4;
-    return info.nPos + static_cast<int>(info.nPage) + slack >= info.nMax;
+    GETTEXTLENGTHEX measure{GTL_NUMCHARS, Utf16};
+    auto const end = Send(m_Handle, EM_GETTEXTLENGTHEX, reinterpret_cast<WPARAM>(&measure), 0);
+    POINTL place = {};
+    Send(m_Handle, EM_POSFROMCHAR, reinterpret_cast<WPARAM>(&place), end);
+    RECT area = {};
+    GetClientRect(m_Handle, &area);
+    return place.y <= area.bottom;
 }
 
 void LogPane::SetDpi(UINT dpi) { Send(m_Handle, EM_SETZOOM, dpi, GetDpiForSystem()); }
@@ -198,12 +214,12 @@ SIZE LogPane::SizeOf(int columns, int lines) const {
 }
 
 std::string LogPane::Text() const {
-    GETTEXTLENGTHEX measure{GTL_NUMCHARS | GTL_PRECISE, 1200};
+    GETTEXTLENGTHEX measure{GTL_NUMCHARS | GTL_PRECISE, Utf16};
     auto const length = Send(m_Handle, EM_GETTEXTLENGTHEX, reinterpret_cast<WPARAM>(&measure), 0);
     std::wstring text(static_cast<std::size_t>(std::max<LRESULT>(length, 0)) + 1, L'\0');
     GETTEXTEX how{};
     how.cb = static_cast<DWORD>(text.size() * sizeof(wchar_t));
-    how.codepage = 1200;
+    how.codepage = Utf16;
     auto const size = Send(
         m_Handle, EM_GETTEXTEX, reinterpret_cast<WPARAM>(&how),
         reinterpret_cast<LPARAM>(text.data()));
@@ -215,6 +231,8 @@ std::string LogPane::Text() const {
 std::string LogPane::RichText() const {
     std::string bytes;
     EDITSTREAM stream{reinterpret_cast<DWORD_PTR>(&bytes), 0, TakeBytes};
-    Send(m_Handle, EM_STREAMOUT, SF_RTF, Address(stream));
+    // The program's own code page, UTF-8, would make a dialect of it that few programs read.
+    constexpr WPARAM western = 1252;
+    Send(m_Handle, EM_STREAMOUT, SF_RTF | SF_USECODEPAGE | western << 16, Address(stream));
     return bytes;
 }

@@ -155,7 +155,8 @@ LRESULT CALLBACK MainWindow::Receive(HWND window, UINT message, WPARAM wParam, L
 std::optional<LRESULT> MainWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
     case WM_COMMAND:
-        m_Commands(LOWORD(wParam));
+        // Controls tell of more than clicks.
+        if (lParam == 0 || HIWORD(wParam) == BN_CLICKED) m_Commands(LOWORD(wParam));
         return 0;
     case WM_CLOSE:
         m_Commands(ID_WINDOW_CLOSE);
