@@ -62,8 +62,8 @@ TEST_F(OperatorRunTest, TheStatusBarCountsWhatTheSummaryOfTheLogCounts) {
     auto const numberBehind = [&](wchar_t const * mark) {
         return std::to_wstring(std::stoul(log.substr(log.rfind(mark) + std::wstring(mark).size())));
     };
-    EXPECT_EQ(Part(StatusCounts::Passed), L"Passed: " + numberBehind(L"Passed ("));
-    EXPECT_EQ(Part(StatusCounts::Failed), L"Failed: " + numberBehind(L"Failed ("));
+    EXPECT_EQ(Part(StatusCounts::Passed), L"Tests passed: " + numberBehind(L"Passed ("));
+    EXPECT_EQ(Part(StatusCounts::Failed), L"Tests failed: " + numberBehind(L"Failed ("));
     EXPECT_EQ(Part(StatusCounts::Failures), L"Failures: " + numberBehind(L"Fails ("));
     EXPECT_EQ(Part(StatusCounts::Warnings), L"Warnings: " + numberBehind(L"Warnings ("));
     EXPECT_EQ(Part(StatusCounts::Aborts), L"Aborts: " + numberBehind(L"Aborts ("));
@@ -97,7 +97,7 @@ TEST_F(OperatorRunTest, AnotherRunBeginsWithAnEmptyLogAndCountsOfItsOwn) {
     Log().Text(L"");
     RunToState(L"Passed");
     EXPECT_EQ(Shown(), first);
-    EXPECT_EQ(Part(StatusCounts::Passed), L"Passed: 1");
+    EXPECT_EQ(Part(StatusCounts::Passed), L"Tests passed: 1");
     EXPECT_EQ(Close(), 0);
 }
 

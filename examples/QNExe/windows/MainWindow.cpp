@@ -16,7 +16,7 @@ namespace {
 
 // Pixels at 96 dots an inch.
 constexpr int Gap = 7;
-constexpr int SmallestWidth = 560;
+constexpr int SmallestWidth = 760;
 constexpr int SmallestHeight = 260;
 
 // What the log shows without scrolling.
@@ -194,7 +194,7 @@ void MainWindow::OnDpiChanged(UINT dpi, RECT const & wanted) {
 void MainWindow::Layout() {
     int const gap = Scaled(Gap);
     int const row = RowHeight();
-    m_Counts->Place(m_Font->Handle(), ButtonWidth());
+    m_Counts->Place(m_Font->Handle(), CountWidth());
     RECT area = {};
     GetClientRect(m_Handle, &area);
     area.bottom -= m_Counts->Height();
@@ -227,8 +227,12 @@ int MainWindow::Scaled(int pixels) const {
 
 int MainWindow::RowHeight() const { return m_Font->SizeOf(L"Save").cy + Scaled(2 * Gap); }
 
-// Wide enough for the longest text of a button and of a count.
-int MainWindow::ButtonWidth() const { return m_Font->SizeOf(L"Warnings: 000000").cx + Scaled(Gap); }
+// Wide enough for the longest text of a button, and of a count.
+int MainWindow::ButtonWidth() const { return m_Font->SizeOf(L"Save log...").cx + Scaled(4 * Gap); }
+
+int MainWindow::CountWidth() const {
+    return m_Font->SizeOf(L"Tests passed: 00000").cx + Scaled(Gap);
+}
 
 SIZE MainWindow::ContentSize() const {
     SIZE const log = m_Log->SizeOf(Columns, Lines);

@@ -64,6 +64,7 @@ private:
     int Scaled(int pixels) const;
     int RowHeight() const;
     int ButtonWidth() const;
+    int CountWidth() const;
     SIZE ContentSize() const;
 
     Class m_Class;

@@ -20,8 +20,8 @@ void StatusCounts::ShowState(std::wstring const & text) {
 }
 
 void StatusCounts::Show(VerdictCounts const & counts) {
-    Set(Passed, L"Passed", static_cast<unsigned long>(counts.passed));
-    Set(Failed, L"Failed", static_cast<unsigned long>(counts.failed));
+    Set(Passed, L"Tests passed", static_cast<unsigned long>(counts.passed));
+    Set(Failed, L"Tests failed", static_cast<unsigned long>(counts.failed));
     Set(Failures, L"Failures", counts.failures);
     Set(Aborts, L"Aborts", counts.aborts);
     Set(Warnings, L"Warnings", counts.warnings);
