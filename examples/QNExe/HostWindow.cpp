@@ -70,9 +70,9 @@ void Render() {
 }
 
 // What came in since the last update, and whatever is not shown yet.
-void ShowTheRest(bool testWaits) {
+void ShowTheRest() {
     if (shownIn == nullptr) return DropText();
-    if (shownIn->TakeOver(testWaits)) Render();
+    if (shownIn->TakeOver(false)) Render();
 }
 
 // What the record says is only valid during this call, so the message takes it along. The library
@@ -124,7 +124,7 @@ void HostWindow::Questions(CPromptService * prompts) {
 }
 
 void HostWindow::QuestionShown(bool shown) {
-    if (shown) ShowTheRest(false);
+    if (shown) ShowTheRest();
     if (shownIn != nullptr) shownIn->HoldProgress(shown);
 }
 
@@ -143,7 +143,7 @@ LRESULT CALLBACK HostWindow::Receive(HWND window, UINT message, WPARAM wParam, L
         Render();
         return 0;
     case HostLoop::IdleMessage:
-        ShowTheRest(false);
+        ShowTheRest();
         return 0;
     case HostLoop::InterruptMessage:
         OnInterrupt();
@@ -155,7 +155,8 @@ LRESULT CALLBACK HostWindow::Receive(HWND window, UINT message, WPARAM wParam, L
         ForwardToTests(window, message, wParam, lParam);
         return TRUE;
     case EndMessage:
-        ShowTheRest(InSendMessage() != 0);
+        ShowTheRest();
+        if (shownIn != nullptr) shownIn->AtEnd();
         PostQuitMessage(0);
         return 0;
     default:

@@ -161,7 +161,7 @@ TEST_F(LogPaneTest, FollowsTheEndUnlessTheReaderHasGoneBack) {
     EXPECT_EQ(firstSeen(), 0);
 }
 
-TEST_F(LogPaneTest, LinesAreSeenFromTheirBeginning) {
+TEST_F(LogPaneTest, LongLinesAreWrappedAndSeenFromTheirBeginning) {
     std::wstring lines;
     for (int line = 0; line < 200; ++line)
         lines += std::wstring(300, L'w') + L"\r\n";
@@ -170,6 +170,8 @@ TEST_F(LogPaneTest, LinesAreSeenFromTheirBeginning) {
     m_Remote.Send(EM_GETSCROLLPOS, 0, reinterpret_cast<LPARAM>(&place));
     EXPECT_EQ(place.x, 0);
     EXPECT_GT(place.y, 0);
+    EXPECT_GT(m_Remote.Send(EM_GETLINECOUNT), 2 * 400);
+    EXPECT_EQ(m_Pane.Text(), Narrow(AsHeld({{lines + lines, {}}}).front().text));
 }
 
 TEST_F(LogPaneTest, TextBeyondSixtyFourThousandCharactersIsKept) {

@@ -178,18 +178,19 @@ TEST_F(MainWindowTest, EverythingLiesInsideTheWindowAndNothingOverlaps) {
 TEST_F(MainWindowTest, AnotherResolutionScalesFontsTextAndFrame) {
     UINT const before = GetDpiForWindow(m_Window.Handle());
     int const font = FontHeight(ID_RUN_START);
-    RECT wanted{10, 20, 910, 620};
-    UINT const larger = before * 3 / 2;
+    // Larger than the least size, at any resolution from 96 to 120 dots an inch.
+    RECT wanted{10, 20, 1010, 620};
+    UINT const larger = before * 5 / 4;
     SendMessageW(
         m_Window.Handle(), WM_DPICHANGED, MAKEWPARAM(larger, larger),
         reinterpret_cast<LPARAM>(&wanted));
-    EXPECT_NEAR(FontHeight(ID_RUN_START), font * 3 / 2, 2);
+    EXPECT_NEAR(FontHeight(ID_RUN_START), font * 5 / 4, 2);
     DWORD numerator = 0;
     DWORD denominator = 0;
     SendMessageW(
         m_Window.Log().Handle(), EM_GETZOOM, reinterpret_cast<WPARAM>(&numerator),
         reinterpret_cast<LPARAM>(&denominator));
-    EXPECT_EQ(numerator * 2, denominator * 3);
+    EXPECT_EQ(numerator * 4, denominator * 5);
     RECT const frame = Frame(m_Window.Handle());
     EXPECT_NE(EqualRect(&frame, &wanted), 0);
 }

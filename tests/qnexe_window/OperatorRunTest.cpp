@@ -90,6 +90,13 @@ TEST_F(OperatorRunTest, AbortEndsARunAndTheProgramTellsOfIt) {
     EXPECT_EQ(Close(), 3);
 }
 
+TEST_F(OperatorRunTest, AButtonPressedByAMessageThatIsSentStartsARunToo) {
+    OpenWithSuite("passing");
+    Window().Child(ID_RUN_START).Send(BM_CLICK);
+    AwaitState(L"Passed");
+    EXPECT_EQ(Close(), 0);
+}
+
 TEST_F(OperatorRunTest, AnotherRunBeginsWithAnEmptyLogAndCountsOfItsOwn) {
     OpenWithSuite("looking");
     RunToState(L"Passed");

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include <commctrl.h>
+
 #include "examples/QNExe/windows/MainWindow.h"
 #include "examples/QNExe/windows/ResourceIds.h"
 #include "qnexe_window/KeptPlace.h"
@@ -57,6 +59,8 @@ void WindowChild::AwaitState(std::wstring const & state) {
 }
 
 void WindowChild::RunToState(std::wstring const & state) {
+    // What the run before has left is not what is waited for.
+    m_Window.Child(ID_STATUS_BAR).Ask(SB_SETTEXTW, StatusCounts::State, L'\0');
     m_Window.Command(ID_RUN_START);
     AwaitState(state);
 }

@@ -19,9 +19,9 @@ protected:
 
 TEST_F(WindowPlaceTest, AWindowThatWasMovedComesBackThere) {
     Open();
-    SetWindowPos(Window().Handle(), nullptr, 40, 30, 700, 400, SWP_NOZORDER);
+    SetWindowPos(Window().Handle(), nullptr, 40, 30, 800, 400, SWP_NOZORDER);
     RECT const moved = Frame();
-    EXPECT_EQ(moved, (RECT{40, 30, 740, 430}));
+    EXPECT_EQ(moved, (RECT{40, 30, 840, 430}));
     EXPECT_EQ(Close(), 2);
     Open();
     EXPECT_EQ(Frame(), moved);

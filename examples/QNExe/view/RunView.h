@@ -16,6 +16,9 @@ public:
 
     virtual void Render() = 0;
 
+    // The run is over and its records are whole; the test thread stands still.
+    virtual void AtEnd() {}
+
     // While held something else has the place of the progress.
     virtual void HoldProgress(bool hold) = 0;
 

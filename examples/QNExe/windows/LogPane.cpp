@@ -111,9 +111,9 @@ DWORD CALLBACK TakeBytes(DWORD_PTR cookie, BYTE * bytes, LONG count, LONG * take
 } // namespace
 
 LogPane::LogPane(HWND parent) : m_Library(LoadControl()) {
-    constexpr DWORD style = WS_CHILD | WS_VISIBLE | WS_VSCROLL | WS_HSCROLL | WS_TABSTOP
-                            | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL | ES_AUTOHSCROLL
-                            | ES_NOHIDESEL;
+    // Without a horizontal scroll bar long lines are wrapped: the whole of a failure is seen.
+    constexpr DWORD style = WS_CHILD | WS_VISIBLE | WS_VSCROLL | WS_TABSTOP | ES_MULTILINE
+                            | ES_READONLY | ES_AUTOVSCROLL | ES_NOHIDESEL;
     m_Handle = CreateWindowExW(
         WS_EX_CLIENTEDGE, L"RICHEDIT50W", L"", style, 0, 0, 0, 0, parent,
         reinterpret_cast<HMENU>(INT_PTR{ID_LOG_VIEW}), nullptr, nullptr);
@@ -163,21 +163,10 @@ void LogPane::ShowBatch() {
             m_Waiting.pop_front();
         }
     }
-    if (follows) Follow();
+    if (follows) Send(m_Handle, WM_VSCROLL, SB_BOTTOM, 0);
     if (IsWaiting()) return;
     KillTimer(m_Handle, reinterpret_cast<UINT_PTR>(this));
     m_WhenShown();
-}
-
-// Lines are read from their beginning: the end of the longest one is not what is to be seen.
-void LogPane::Follow() const {
-    POINT place = {};
-    Send(m_Handle, EM_GETSCROLLPOS, 0, Address(place));
-    LONG const column = place.x;
-    Send(m_Handle, WM_VSCROLL, SB_BOTTOM, 0);
-    Send(m_Handle, EM_GETSCROLLPOS, 0, Address(place));
-    place.x = column;
-    Send(m_Handle, EM_SETSCROLLPOS, 0, Address(place));
 }
 
 void LogPane::Append(StyledText const & piece) {

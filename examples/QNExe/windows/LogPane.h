@@ -48,7 +48,6 @@ private:
     void ShowBatch();
     void Append(StyledText const & piece);
     bool IsAtEnd() const;
-    void Follow() const;
 
     HMODULE m_Library;
     HWND m_Handle = nullptr;

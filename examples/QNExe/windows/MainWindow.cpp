@@ -238,8 +238,7 @@ SIZE MainWindow::ContentSize() const {
     SIZE const log = m_Log->SizeOf(Columns, Lines);
     int const gap = Scaled(Gap);
     RECT area{0, 0, log.cx + 4 * gap + GetSystemMetrics(SM_CXVSCROLL), 0};
-    area.bottom =
-        log.cy + 6 * gap + 2 * RowHeight() + m_Counts->Height() + GetSystemMetrics(SM_CYHSCROLL);
+    area.bottom = log.cy + 6 * gap + 2 * RowHeight() + m_Counts->Height();
     AdjustWindowRectExForDpi(&area, WS_OVERLAPPEDWINDOW, TRUE, WS_EX_CONTROLPARENT, m_Dpi);
     return {area.right - area.left, area.bottom - area.top};
 }

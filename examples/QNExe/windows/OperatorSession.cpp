@@ -114,7 +114,11 @@ void OperatorSession::OnClose() {
         TerminateProcess(GetCurrentProcess(), static_cast<UINT>(ExitCode::AbortedByOperator));
 }
 
-void OperatorSession::Start() { m_StartAsked = !m_Options.suite.empty(); }
+// A command that was sent, as a screen reader does, does not end the loop's waiting.
+void OperatorSession::Start() {
+    m_StartAsked = !m_Options.suite.empty();
+    PostMessageW(m_Window.Handle(), WM_NULL, 0, 0);
+}
 
 void OperatorSession::Run() {
     m_View.Begin();
@@ -137,7 +141,7 @@ void OperatorSession::RunHost() {
 }
 
 void OperatorSession::Abort() {
-    if (m_Phase == Phase::Idle) return;
+    if (m_Phase == Phase::Idle || !CAppState::AppStateSet()) return;
     SetPhase(Phase::Aborting, L"Aborting");
     SendMessageW(
         static_cast<HWND>(CAppState::MainWindowHandle()), HostLoop::InterruptMessage, 0, 0);

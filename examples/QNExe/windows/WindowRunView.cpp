@@ -57,6 +57,11 @@ void WindowRunView::Render() {
     m_Window.Counts().Show(m_Tally.Now());
 }
 
+void WindowRunView::AtEnd() {
+    TakeOver(true);
+    Render();
+}
+
 CTestSuiteListener * WindowRunView::Listener(CTestSuiteListener * next) {
     m_Tally.Begin(next);
     return &m_Tally;

@@ -19,6 +19,7 @@ public:
 
     bool TakeOver(bool testWaits) override;
     void Render() override;
+    void AtEnd() override;
     // Questions have windows of their own.
     void HoldProgress(bool) override {}
     CTestSuiteListener * Listener(CTestSuiteListener * next) override;
