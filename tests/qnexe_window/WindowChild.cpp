@@ -11,6 +11,13 @@
 
 namespace {
 
+bool IsNew(HWND window, std::vector<HWND> const & before) {
+    return std::find(before.begin(), before.end(), window) == before.end()
+           && IsWindowVisible(window) != 0;
+}
+
+} // namespace
+
 std::vector<HWND> MainWindows() {
     std::vector<HWND> windows;
     HWND window = nullptr;
@@ -19,15 +26,15 @@ std::vector<HWND> MainWindows() {
     return windows;
 }
 
-RemoteWindow NewWindow(std::vector<HWND> const & before) {
-    for (HWND const window : MainWindows())
-        if (std::find(before.begin(), before.end(), window) == before.end()
-            && IsWindowVisible(window) != 0)
-            return RemoteWindow(window);
-    return RemoteWindow();
+RemoteWindow NewWindow(std::vector<HWND> const & before, std::function<bool()> const & gone) {
+    RemoteWindow found;
+    WaitFor([&] {
+        for (HWND const window : MainWindows())
+            if (IsNew(window, before)) found = RemoteWindow(window);
+        return found || gone();
+    });
+    return found;
 }
-
-} // namespace
 
 WindowChild::WindowChild() { ForgetPlace(); }
 
@@ -38,11 +45,8 @@ void WindowChild::Open(std::vector<std::string> arguments) {
     // One that a test has left behind is not ours.
     auto const before = MainWindows();
     ChildProcess & child = Start(arguments);
-    bool const isUp = WaitFor([&] {
-        m_Window = NewWindow(before);
-        return m_Window || !child.IsRunning();
-    });
-    ASSERT_TRUE(isUp && m_Window) << child.Error();
+    m_Window = NewWindow(before, [&] { return !child.IsRunning(); });
+    ASSERT_TRUE(m_Window) << child.Error();
 }
 
 RemoteWindow WindowChild::Log() const { return m_Window.Child(ID_LOG_VIEW); }

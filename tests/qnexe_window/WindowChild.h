@@ -1,12 +1,19 @@
 // The program QNExe with its window, as a child of a test.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "qnexe/ChildHost.h"
 #include "qnexe_window/RemoteWindow.h"
+
+// The program's windows that are up.
+std::vector<HWND> MainWindows();
+
+// Waits for one that was not there before; none when `gone` comes first.
+RemoteWindow NewWindow(std::vector<HWND> const & before, std::function<bool()> const & gone);
 
 class WindowChild : public ChildHost {
 protected:
