@@ -12,13 +12,13 @@
 #include <utility>
 
 #include "DeviceWait.h"
-#include "OperatorTests.h"
 #include "RecordingFiles.h"
 #include "Rules.h"
 #include "Speeds.h"
 #include "SuiteLimits.h"
 #include "Text.h"
 #include "app/CAppState.h"
+#include "examples/suites/questions/OperatorTests.h"
 #include "settings/CIniArgs.h"
 
 MORVEX_TEST_SUITE(UsbDescriptorsSuite)
