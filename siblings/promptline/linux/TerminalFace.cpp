@@ -74,11 +74,6 @@ std::wstring LinesOf(Question const & question) {
     return lines;
 }
 
-bool HasHungUp() {
-    pollfd input = {STDIN_FILENO, POLLIN, 0};
-    return poll(&input, 1, 0) == 1 && (input.revents & (POLLHUP | POLLERR | POLLNVAL)) != 0;
-}
-
 bool HasInput() {
     pollfd input = {STDIN_FILENO, POLLIN, 0};
     return poll(&input, 1, 0) == 1;
@@ -128,6 +123,7 @@ public:
     }
 
     void Serve() override {
+        m_Editor.RedrawContinued();
         while (m_Editor.IsActive() && HasInput())
             ReadKey();
     }
@@ -151,20 +147,23 @@ private:
         m_Editor.Begin(
             [this, dialog] { return m_Prompt = PromptFor(*dialog); },
             IsFiles(dialog->question) ? CompleteFile : LineEditor::Complete());
-        m_Pump.WatchInput(true);
+        WatchInput(true);
+    }
+
+    void WatchInput(bool on) {
+        m_Pump.WatchInput(STDIN_FILENO, on);
+        m_Pump.WatchInput(LineEditor::ContinuedDescriptor(), on);
     }
 
     void Leave() {
-        m_Pump.WatchInput(false);
+        WatchInput(false);
         m_Editor.End();
         if (!m_Shown.empty() && m_Listener != nullptr) m_Listener->PromptGone();
     }
 
     void ReadKey() {
         std::wstring line;
-        auto outcome = m_Editor.Read(line);
-        if (outcome == LineEditor::Outcome::More && HasHungUp())
-            outcome = LineEditor::Outcome::EndOfInput;
+        auto const outcome = m_Editor.Read(line);
         SharedDialog const dialog = m_Shown.back();
         if (outcome == LineEditor::Outcome::EndOfInput)
             Desk::The().LeaveUnanswered(dialog, "the input has ended");
