@@ -127,8 +127,9 @@ struct LineEditor::Parts {
         el_wset(line, EL_PROMPT, GivePrompt);
         el_wset(line, EL_ADDFN, L"complete-path", L"Complete a path", CompleteWord);
         el_wset(line, EL_BIND, L"^I", L"complete-path", nullptr);
-        // Waits for a second key, and takes its absence for the end of input.
-        el_wset(line, EL_BIND, L"-r", L"^V", nullptr);
+        // These wait for a second key, and take its absence for the end of input.
+        for (wchar_t const * const key : {L"^R", L"^S", L"^V"})
+            el_wset(line, EL_BIND, L"-r", key, nullptr);
     }
 
     void Close() {

@@ -107,10 +107,14 @@ TEST_F(OperatorRunTest, AnEntryStandsAboveTheQuestionThatWaits) {
 }
 
 TEST_F(OperatorRunTest, AKeyThatLeavesTheLineEmptyIsNotTheEndOfInput) {
-    for (std::string const key : {"\x1b[A", "\x7f", "\x15", "x\x7f", "\x16", "\xff\x15"}) {
+    for (std::string const key :
+         {"\x1b[A", "\x7f", "\x15", "x\x7f", "\x16", "\x12", "\x13", "\xff\x15"}) {
         SCOPED_TRACE(testing::PrintToString(key));
         Pty terminal = At("asking");
         ASSERT_TRUE(terminal.WaitFor("1 Yes, 2 No> "));
+        termios modes = terminal.Modes();
+        modes.c_iflag &= ~static_cast<tcflag_t>(IXON); // the terminal itself would take Ctrl-S
+        terminal.SetModes(modes);
         terminal.Type(key);
         terminal.Type("1\r");
         ASSERT_TRUE(terminal.WaitFor("Text> "));
