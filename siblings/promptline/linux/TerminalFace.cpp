@@ -36,7 +36,7 @@ std::wstring Hint(Question const & question) {
     case QuestionKind::OneOfListOrOut:
         return L"Number 0-" + count;
     case QuestionKind::SeveralOfList:
-        return L"Numbers 1-" + count;
+        return L"Numbers 1-" + count + L", or nothing";
     case QuestionKind::OneFile:
         return L"File, or nothing";
     case QuestionKind::SeveralFiles:

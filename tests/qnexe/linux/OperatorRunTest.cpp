@@ -59,7 +59,7 @@ TEST_F(OperatorRunTest, TheSampleSuiteAsksOneQuestionOfEachKind) {
     ASSERT_TRUE(terminal.WaitFor("Number 1-3 [3] (3 s)> "));
     ASSERT_TRUE(terminal.WaitFor("Number 0-3 [1]> "));
     terminal.Type("0\r");
-    ASSERT_TRUE(terminal.WaitFor("Numbers 1-3> "));
+    ASSERT_TRUE(terminal.WaitFor("Numbers 1-3, or nothing> "));
     terminal.Type("3 1\r");
     ASSERT_TRUE(terminal.WaitFor("File, or nothing> "));
     terminal.Type(File("mou") + "\t\r");
@@ -122,6 +122,18 @@ TEST_F(OperatorRunTest, AKeyThatLeavesTheLineEmptyIsNotTheEndOfInput) {
         EXPECT_EQ(terminal.Finish(), 0);
         EXPECT_FALSE(Has(terminal, "was not answered"));
     }
+}
+
+TEST_F(OperatorRunTest, WhatIsTypedBeforeTheFirstQuestionIsNoAnswerToIt) {
+    Pty terminal(
+        "/bin/sh", {"-c", "read go; exec \"$0\" --suite \"$1\"", Program(), Suite("asking")}, {});
+    terminal.Type("go\n1\n");
+    ASSERT_TRUE(terminal.WaitFor("1 Yes, 2 No> "));
+    terminal.Type("2\r");
+    ASSERT_TRUE(terminal.WaitFor("Text> "));
+    terminal.Type("N\r");
+    EXPECT_EQ(terminal.Finish(), 0);
+    EXPECT_TRUE(Has(terminal, "status 0x0, answer 0"));
 }
 
 TEST_F(OperatorRunTest, WhatIsTypedBeforeAQuestionIsNoAnswerToIt) {
