@@ -191,6 +191,17 @@ TEST_F(DeviceNotificationTest, EventsAreThoseOfTheManager) {
     EXPECT_EQ(sources, Lines{"udev"});
 }
 
+TEST_F(DeviceNotificationTest, ThereIsRoomForEventsThatNobodyFetchesYet) {
+    int room = 0;
+    Diversion const make(
+        wrapped_udev_monitor_set_receive_buffer_size, [&](udev_monitor * monitor, int size) {
+            room = size;
+            return wrapped_udev_monitor_set_receive_buffer_size.Real(monitor, size);
+        });
+    UnregisterDeviceNotification(Listen());
+    EXPECT_EQ(room, 16 << 20);
+}
+
 TEST_F(DeviceNotificationTest, DeviceWithoutAUsableSerialIsNamedAfterItsPlace) {
     auto const notification = Listen();
     for (char const * const serial :
@@ -430,6 +441,9 @@ TEST_F(DeviceNotificationTest, FilterMustBeOfAnInterface) {
     EXPECT_EQ(RefusalOf(m_Window, &filter, 8), ERROR_INVALID_PARAMETER);
     filter.dbcc_size = 27;
     EXPECT_EQ(RefusalOf(m_Window, &filter, 4), ERROR_INVALID_PARAMETER);
+    filter.dbcc_size = 28;
+    auto const notification = RegisterDeviceNotificationA(m_Window, &filter, 4);
+    EXPECT_NE(UnregisterDeviceNotification(notification), FALSE);
     filter.dbcc_size = sizeof filter;
     filter.dbcc_devicetype = DBT_DEVTYP_HANDLE;
     EXPECT_EQ(RefusalOf(m_Window, &filter, 4), ERROR_INVALID_PARAMETER);
