@@ -148,6 +148,16 @@ TEST_F(DeviceNotificationTest, ArrivalAndRemovalAreTold) {
     EXPECT_NE(UnregisterDeviceNotification(notification), FALSE);
 }
 
+// Its files are gone when the removal is heard of.
+TEST_F(DeviceNotificationTest, RemovalBearsTheNameOfTheArrival) {
+    auto const notification = Listen();
+    m_Machine.Plug("1-1", {}, {{"serial", "4711\n"}});
+    EXPECT_EQ(Heard(), Lines{"+device " + Name("4711")});
+    m_Machine.Unplug("1-1");
+    EXPECT_EQ(Heard(), Lines{"-device " + Name("4711")});
+    UnregisterDeviceNotification(notification);
+}
+
 TEST_F(DeviceNotificationTest, HundredFastChangesAreTwoHundredEventsInOrder) {
     auto const notification = Listen();
     Lines expected;
