@@ -13,7 +13,6 @@
 #include "examples/QNExe/ProgramName.h"
 #include "examples/QNExe/TestEngine.h"
 #include "examples/QNExe/view/LogFile.h"
-#include "examples/QNExe/view/Terminal.h"
 #include "log/CMXLog.h"
 #include "output/CUIUpdate.h"
 
@@ -34,7 +33,7 @@ void SetDefaultLook() {
 
 bool IsFormatted(LogView view) {
     if (view != LogView::Auto) return view == LogView::Formatted;
-    return KindOf(stderr) == StreamKind::Terminal;
+    return IsColorTerminal(stderr);
 }
 
 // Hears of a suite's entries for a scope, when there is a listener.
