@@ -211,12 +211,14 @@ std::shared_ptr<XmlSchema const> Compilation::Run() {
 }
 
 // The engine (2.9.14) takes the white space off a value when its type is marked so. Of the types
-// that it brings along some are not: " 5 " would be no xs:int.
+// that it brings along some are not: " 5 " would be no xs:int. A type hands the mark down to what
+// is derived from it if it is marked for facets, too.
 void MakeTypesCollapseWhiteSpace() {
+    constexpr int marks = (XML_SCHEMAS_TYPE_NORMVALUENEEDED) | (XML_SCHEMAS_TYPE_HAS_FACETS);
     xmlSchemaInitTypes();
     for (int type = XML_SCHEMAS_NORMSTRING; type != XML_SCHEMAS_ANYTYPE; ++type)
         if (auto * const builtIn = xmlSchemaGetBuiltInType(static_cast<xmlSchemaValType>(type)))
-            builtIn->flags |= XML_SCHEMAS_TYPE_NORMVALUENEEDED;
+            builtIn->flags |= marks;
 }
 
 // The schemas of the process by path, each with the number of its last use.

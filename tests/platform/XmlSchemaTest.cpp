@@ -364,8 +364,8 @@ TEST_F(XmlSchemaTest, LocationInADocumentIsNotFollowed) {
 
 TEST_F(XmlSchemaTest, WhiteSpaceAroundAValueDoesNotCount) {
     struct Case {
-        char const * type;
-        char const * value;
+        std::string type;
+        std::string value;
     };
     for (auto const & [type, value] :
          {Case{"xs:int", "5"},
@@ -381,15 +381,23 @@ TEST_F(XmlSchemaTest, WhiteSpaceAroundAValueDoesNotCount) {
           {"xs:hexBinary", "0aFF"},
           {"xs:anyURI", "urn:a"}}) {
         SCOPED_TRACE(type);
+        std::string const derived = "<xs:simpleType><xs:restriction base='" + type
+                                    + "'/>"
+                                      "</xs:simpleType></xs:attribute>";
         ASSERT_EQ(
-            AddSchemaText(SchemaOf(std::string("<xs:attribute name='a' type='") + type + "'/>")),
+            AddSchemaText(SchemaOf(
+                "<xs:attribute name='a' type='" + type + "'/><xs:attribute name='b'>" + derived)),
             S_OK);
-        std::string const between = value;
         for (VARIANT_BOOL const onParse : {VARIANT_TRUE, VARIANT_FALSE}) {
             m_Document->put_validateOnParse(onParse);
-            EXPECT_TRUE(IsValid("<suite a='" + between + "'/>"));
-            EXPECT_TRUE(IsValid("<suite a=' " + between + "'/>"));
-            EXPECT_TRUE(IsValid("<suite a='" + between + " \n\t'/>"));
+            for (char const * name : {"a", "b"}) {
+                std::string const begin = std::string("<suite ") + name + "='";
+                EXPECT_TRUE(IsValid(begin + value + "'/>"));
+                // Wine keeps it around some values.
+                if (UnderWine()) continue;
+                EXPECT_TRUE(IsValid(begin + " " + value + "'/>"));
+                EXPECT_TRUE(IsValid(begin + value + " \n\t'/>"));
+            }
         }
     }
     ASSERT_EQ(AddSchemaText(SchemaOf("<xs:attribute name='a' type='xs:int'/>")), S_OK);
