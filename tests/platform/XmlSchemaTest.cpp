@@ -415,3 +415,18 @@ TEST_F(XmlSchemaTest, WhiteSpaceOfAStringCounts) {
     EXPECT_FALSE(IsValid("<suite a=' a b'/>"));
     EXPECT_FALSE(IsValid("<suite a='a  b'/>"));
 }
+
+TEST_F(XmlSchemaTest, NamespaceEndsWithItsElement) {
+    ASSERT_EQ(
+        AddSchemaText(
+            std::string(Head)
+            + "><xs:element name='suite'><xs:complexType><xs:sequence>"
+              "<xs:any namespace='##other' processContents='skip'/><xs:element name='n'/>"
+              "</xs:sequence></xs:complexType></xs:element></xs:schema>"),
+        S_OK);
+    for (VARIANT_BOOL const onParse : {VARIANT_TRUE, VARIANT_FALSE}) {
+        m_Document->put_validateOnParse(onParse);
+        EXPECT_TRUE(IsValid("<suite><x xmlns='urn:x'><y/></x><n/></suite>"));
+        EXPECT_FALSE(IsValid("<suite><x xmlns='urn:x'/><n xmlns='urn:x'/></suite>"));
+    }
+}

@@ -84,7 +84,12 @@ protected:
     // S_OK, the code of the error, or that of the failed call. Without a schema all is valid.
     HRESULT LoadAndValidate(std::wstring const & file) {
         HRESULT const loaded = LoadFile(file);
-        if (loaded != S_OK) return loaded == S_FALSE ? ParseErrorCode() : loaded;
+        if (loaded == S_FALSE) {
+            // Lack of memory is a failed call.
+            HRESULT const code = ParseErrorCode();
+            return code == E_OUTOFMEMORY ? E_FAIL : code;
+        }
+        if (loaded != S_OK) return loaded;
         ComPtr<IXMLDOMParseError> error;
         HRESULT const validated = m_Document->validate(error.Receive());
         if (validated != S_FALSE) return validated;
