@@ -105,6 +105,7 @@ TEST_F(RegistryStoreTest, FilesInAnOwnFolderAreForTheOwnerAlone) {
     mode_t const mask = umask(0);
     EXPECT_EQ(Write("text"), 0);
     umask(mask);
+    EXPECT_EQ(ModeOf(folder.parent_path()), 0700u);
     EXPECT_EQ(ModeOf(folder), 0700u);
     EXPECT_EQ(ModeOf(folder / "registry.db"), 0600u);
     EXPECT_EQ(ModeOf(folder / "registry.db-journal"), 0600u);
@@ -120,6 +121,7 @@ TEST_F(RegistryStoreTest, AUsersFilesLieWithTheConfiguration) {
     SetEnvironment("HOME", m_Scope.Folder().c_str());
     EXPECT_EQ(Read(HKEY_CURRENT_USER), "<2>");
     EXPECT_EQ(Write(HKEY_CURRENT_USER, Path, "Value", "home"), 0);
+    EXPECT_EQ(ModeOf(m_Scope.Folder() / ".config"), 0700u);
     EXPECT_EQ(ModeOf(m_Scope.Folder() / ".config" / "morvex" / "user.db"), 0600u);
 }
 
