@@ -174,12 +174,14 @@ bool RegistryDatabase::HasMoved() const {
 }
 
 // The header's change counter and the three numbers behind it, by which SQLite itself knows
-// whether its pages are still good.
+// whether its pages are still good. The file is asked directly: the connection knows nothing of a
+// failure here, only of an earlier one.
 RegistryDatabase::Stamp RegistryDatabase::ReadStamp() const {
     constexpr sqlite3_int64 changeCounter = 24;
     Stamp stamp = {};
-    Check(m_File->pMethods->xRead(
-        m_File, stamp.data(), static_cast<int>(stamp.size()), changeCounter));
+    int const result = m_File->pMethods->xRead(
+        m_File, stamp.data(), static_cast<int>(stamp.size()), changeCounter);
+    if (result != SQLITE_OK) throw RegistryError{ERROR_REGISTRY_IO_FAILED};
     return stamp;
 }
 

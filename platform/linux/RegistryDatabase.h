@@ -35,7 +35,7 @@ class RegistryDatabase {
 public:
     // Null: there is no file, or none with a registry in it yet.
     static std::unique_ptr<RegistryDatabase> Open(RegistryPlace const & place);
-    // Creates the file, and the folder below an existing one, if they are missing.
+    // Creates the file, its folder and what is missing above that.
     static std::unique_ptr<RegistryDatabase> OpenOrCreate(RegistryPlace const & place);
 
     RegistryDatabase(RegistryDatabase const &) = delete;

@@ -6,9 +6,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <iterator>
-#include <optional>
 #include <string>
 #include <thread>
 #include <utility>
@@ -16,12 +14,12 @@
 
 #include <sqlite3.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "platform/Environment.h"
 #include "platform/Registry.h"
 #include "platform/RegistryScope.h"
+#include "platform/linux/OtherHands.h"
 #include "platform/linux/StoreAccess.h"
 
 namespace {
@@ -39,28 +37,6 @@ void Execute(fs::path const & file, char const * script) {
     EXPECT_EQ(sqlite3_exec(database, script, nullptr, nullptr, nullptr), SQLITE_OK) << script;
     sqlite3_close(database);
 }
-
-// A child that shares nothing with this process's connection; its answer is its exit code.
-int InChild(std::function<int()> const & act) {
-    pid_t const child = fork();
-    if (child == 0) _exit(act());
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
-// The rights of somebody else for a scope, for a process that may do everything.
-class AsSomebody {
-public:
-    AsSomebody() { EXPECT_EQ(seteuid(m_Own == 0 ? Nobody : m_Own), 0); }
-    AsSomebody(AsSomebody const &) = delete;
-    AsSomebody & operator=(AsSomebody const &) = delete;
-    ~AsSomebody() { EXPECT_EQ(seteuid(m_Own), 0); }
-
-private:
-    static constexpr uid_t Nobody = 65534;
-    uid_t const m_Own = geteuid();
-};
 
 class RegistryStoreTest : public testing::Test {
 protected:
@@ -129,6 +105,7 @@ TEST_F(RegistryStoreTest, FilesInAnOwnFolderAreForTheOwnerAlone) {
     mode_t const mask = umask(0);
     EXPECT_EQ(Write("text"), 0);
     umask(mask);
+    EXPECT_EQ(ModeOf(folder.parent_path()), 0700u);
     EXPECT_EQ(ModeOf(folder), 0700u);
     EXPECT_EQ(ModeOf(folder / "registry.db"), 0600u);
     EXPECT_EQ(ModeOf(folder / "registry.db-journal"), 0600u);
@@ -144,6 +121,7 @@ TEST_F(RegistryStoreTest, AUsersFilesLieWithTheConfiguration) {
     SetEnvironment("HOME", m_Scope.Folder().c_str());
     EXPECT_EQ(Read(HKEY_CURRENT_USER), "<2>");
     EXPECT_EQ(Write(HKEY_CURRENT_USER, Path, "Value", "home"), 0);
+    EXPECT_EQ(ModeOf(m_Scope.Folder() / ".config"), 0700u);
     EXPECT_EQ(ModeOf(m_Scope.Folder() / ".config" / "morvex" / "user.db"), 0600u);
 }
 
