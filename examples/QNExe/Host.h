@@ -40,6 +40,7 @@ private:
     void RunToTheEnd();
     ExitCode RunSuite();
     void RunTests(TestSuite & suite);
+    void RunTests(TestSuite & suite, CTestSuiteListener * listener);
 
     HostOptions m_Options;
     LibraryState m_State;

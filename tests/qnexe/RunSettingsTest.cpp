@@ -89,6 +89,22 @@ TEST_F(RunSettingsTest, AFileThatIsMissingOrHasNoSectionIsRefused) {
     EXPECT_THROW(SettingsText(options), std::runtime_error);
 }
 
+TEST_F(RunSettingsTest, AFolderIsNoFile) {
+    HostOptions options;
+    options.settings = m_File.parent_path().string();
+    try {
+        SettingsText(options);
+        FAIL() << "accepted";
+    } catch (std::runtime_error const & refusal) {
+        EXPECT_EQ(
+            std::string(refusal.what()),
+            "the settings file \"" + *options.settings
+                + "\" cannot be opened. Give --settings a file that may be read.");
+    }
+}
+
+TEST_F(RunSettingsTest, AnEmptyFileSetsNothing) { EXPECT_EQ(SettingsText(With("")), BuiltIn); }
+
 TEST_F(RunSettingsTest, ASettingStandsAboveTheFileAndTheFileAboveTheRest) {
     TS_SetRegistryDword(HKEY_LOCAL_MACHINE, "Software\\Velmora\\Quillon", "CertificationMode", 7);
     EXPECT_EQ(SettingsText({}), "quillon.certificationmode=1  # registry\n" + std::string(BuiltIn));
