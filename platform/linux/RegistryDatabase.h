@@ -119,6 +119,8 @@ private:
     RegistryDatabase() = default;
 
     static int Wait(void * database, int attempts);
+    bool IsWorthWaiting(bool isFirst);
+    bool TryReadStamp(Stamp & stamp) const;
 
     static std::unique_ptr<RegistryDatabase> Connect(RegistryPlace const & place);
 
@@ -136,5 +138,8 @@ private:
     sqlite3 * m_Connection = nullptr;
     sqlite3_file * m_File = nullptr;
     std::array<sqlite3_stmt *, StatementCount> m_Statements = {};
+    // While others hold the file.
     std::chrono::steady_clock::time_point m_GiveUp;
+    std::chrono::steady_clock::time_point m_LastGiveUp;
+    Stamp m_SeenWaiting = {};
 };

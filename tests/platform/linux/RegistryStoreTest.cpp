@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -12,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include <fcntl.h>
 #include <sqlite3.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -255,6 +257,31 @@ TEST_F(RegistryStoreTest, ALockedFileIsBusyAfterAWhile) {
     sqlite3_close(holder);
     EXPECT_EQ(Read(), "text");
     EXPECT_EQ(Write("other"), 0);
+}
+
+// The file's change counter as if others wrote, twice a second for longer than a quiet file is
+// waited for; then the holder lets go.
+void WriteForLong(int file, sqlite3 * holder) {
+    constexpr off_t changeCounter = 24;
+    for (unsigned char change = 1; change != 14; ++change) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(500));
+        EXPECT_EQ(pwrite(file, &change, 1, changeCounter), 1);
+    }
+    EXPECT_EQ(sqlite3_exec(holder, "ROLLBACK", nullptr, nullptr, nullptr), SQLITE_OK);
+}
+
+TEST_F(RegistryStoreTest, AFileThatOthersWriteIsWaitedForLonger) {
+    EXPECT_EQ(Write("text"), 0);
+    sqlite3 * holder = nullptr;
+    ASSERT_EQ(sqlite3_open(m_Scope.File().c_str(), &holder), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(holder, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+    int const file = open(m_Scope.File().c_str(), O_RDWR | O_CLOEXEC);
+    std::thread others(WriteForLong, file, holder);
+    EXPECT_EQ(Write("other"), 0);
+    others.join();
+    EXPECT_EQ(Read(), "other");
+    sqlite3_close(holder);
+    close(file);
 }
 
 TEST_F(RegistryStoreTest, AChangeFromOutsideIsSeenAtOnce) {
