@@ -46,8 +46,8 @@ constexpr char const * Queries[] = {
     "SELECT name, type, data FROM value WHERE key = ?1 AND name = ?2",
     "SELECT seq FROM value WHERE key = ?1 ORDER BY seq",
     "SELECT name, type, data FROM value WHERE seq = ?1",
-    "INSERT INTO value(key, name, type, data) VALUES(?1, ?2, ?3, ?4)"
-    " ON CONFLICT(key, name) DO UPDATE SET type = excluded.type, data = excluded.data",
+    ("INSERT INTO value(key, name, type, data) VALUES(?1, ?2, ?3, ?4)"
+     " ON CONFLICT(key, name) DO UPDATE SET type = excluded.type, data = excluded.data"),
     "DELETE FROM value WHERE key = ?1 AND name = ?2",
 };
 
