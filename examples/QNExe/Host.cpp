@@ -14,7 +14,6 @@
 #include "examples/QNExe/TestEngine.h"
 #include "examples/QNExe/view/DefaultLook.h"
 #include "examples/QNExe/view/LogFile.h"
-#include "examples/QNExe/view/Terminal.h"
 #include "log/CMXLog.h"
 #include "output/CUIUpdate.h"
 
@@ -22,7 +21,7 @@ namespace {
 
 bool IsFormatted(LogView view) {
     if (view != LogView::Auto) return view == LogView::Formatted;
-    return KindOf(stderr) == StreamKind::Terminal;
+    return IsColorTerminal(stderr);
 }
 
 std::unique_ptr<FormattedView> ViewFor(HostOptions const & options, RunView const * given) {
@@ -158,13 +157,24 @@ ExitCode Host::RunSuite() {
     return ExitCodeOf(m_SuiteLog, CUIUpdate::GetUIUpdate()->AbortFunction());
 }
 
+// A verdict counts only with the log that tells of it.
+void Host::RunTests(TestSuite & suite) {
+    if (!m_Options.log) return RunTests(suite, nullptr);
+    if (m_View) {
+        LogFile file(*m_Options.log);
+        RunTests(suite, &file);
+        return file.CheckWhole();
+    }
+    CheckLogFile(*m_Options.log);
+    LogFileWatch const watch(*m_Options.log);
+    RunTests(suite, nullptr);
+    watch.CheckWhole();
+}
+
 // The log writes its summary when it ends, where nothing may throw: by then no update is armed,
 // and no abort can come in between the summary and the exit code.
-void Host::RunTests(TestSuite & suite) {
-    std::unique_ptr<LogFile> file;
-    if (m_Options.log && m_View) file = std::make_unique<LogFile>(*m_Options.log);
-    if (m_Options.log && !m_View) CheckLogFile(*m_Options.log);
-    Listening const listening(m_SuiteLog, m_View ? m_View->Listener(file.get()) : file.get());
+void Host::RunTests(TestSuite & suite, CTestSuiteListener * listener) {
+    Listening const listening(m_SuiteLog, m_View ? m_View->Listener(listener) : listener);
     RunningSuite const running(
         m_View ? TS_LOG_HTML : TS_LOG_CONSOLE, m_Output, m_Options.versions,
         m_Options.log ? &*m_Options.log : nullptr);

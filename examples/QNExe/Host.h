@@ -42,6 +42,7 @@ private:
     void RunToTheEnd();
     ExitCode RunSuite();
     void RunTests(TestSuite & suite);
+    void RunTests(TestSuite & suite, CTestSuiteListener * listener);
 
     HostOptions m_Options;
     LibraryState m_State;

@@ -10,6 +10,10 @@
 #include "examples/QNExe/view/TableReader.h"
 #include "examples/QNExe/view/TerminalView.h"
 
+// A terminal on which the environment wants colours. Without them a formatted log does not tell a
+// failure from a remark.
+bool IsColorTerminal(std::FILE * stream);
+
 class FormattedView : public RunView {
 public:
     // Shows on `stream`, which stays the caller's: styled and with progress when it is a terminal
