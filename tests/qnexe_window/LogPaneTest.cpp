@@ -120,6 +120,20 @@ TEST_F(LogPaneTest, ALongTextEntersInBatchesAndWhole) {
     EXPECT_EQ(m_Pane.Text(), Narrow(text));
 }
 
+TEST_F(LogPaneTest, ABatchIsOverLongBeforeAMillionLines) {
+    std::wstring text;
+    for (int line = 0; line < 1'000'000; ++line)
+        text += L"x\n";
+    m_Pane.Add({{text, {}}});
+    MSG message;
+    while (GetMessageW(&message, nullptr, WM_TIMER, WM_TIMER) > 0
+           && message.hwnd != m_Pane.Handle())
+        DispatchMessageW(&message);
+    DispatchMessageW(&message);
+    EXPECT_NE(m_Remote.RichText(), L"");
+    EXPECT_TRUE(m_Pane.IsWaiting());
+}
+
 TEST_F(LogPaneTest, TellsOnceThatAllIsShown) {
     int told = 0;
     m_Pane.WhenShown([&] { ++told; });

@@ -90,9 +90,9 @@ TEST_F(OperatorRunTest, AbortEndsARunAndTheProgramTellsOfIt) {
     EXPECT_EQ(Close(), 3);
 }
 
-TEST_F(OperatorRunTest, AButtonPressedByAMessageThatIsSentStartsARunToo) {
+TEST_F(OperatorRunTest, ACommandThatIsSentStartsARunToo) {
     OpenWithSuite("passing");
-    Window().Child(ID_RUN_START).Send(BM_CLICK);
+    Window().Send(WM_COMMAND, ID_RUN_START);
     AwaitState(L"Passed");
     EXPECT_EQ(Close(), 0);
 }
