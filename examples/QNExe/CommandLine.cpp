@@ -133,8 +133,9 @@ void Describe(CLI::App & app, Raw & raw) {
         ->type_name("FILE");
     app.add_flag(
         "--window", raw.window,
-        "Show a window in which runs are started (Windows only); so does a start from the desktop "
-        "without options");
+        "Show a window in which runs are started\n"
+        "(Windows only), as a start from the desktop\n"
+        "without options does");
     app.add_option("--recordings", raw.recordings, "Recorded devices that the suite reads")
         ->type_name("DIR");
     app.add_option("--log", raw.log, "A text file to append the log to")->type_name("FILE");

@@ -195,7 +195,7 @@ TEST(CommandLineTest, HelpNamesEveryOptionAndExitCode) {
     for (char const * part :
          {"QNExe", "--suite FILE", "--recordings DIR", "--log FILE", "--verbosity LEVEL",
           "--only-failures", "--help", "--version", "--settings FILE", "--set SETTING",
-          "--dut DEVICE", "--ufp-vif FILE", "--dfp-vif FILE", "--show-settings",
+          "--dut DEVICE", "--ufp-vif FILE", "--dfp-vif FILE", "--show-settings", "--window",
           "Quiet, Minimal, Low, Normal (the\n", "Verbose, Diagnostic, Internal,\n",
           "0 passed, 1 failed, 2 no test ran, 3 aborted by the operator,\n4 could not run"})
         EXPECT_THAT(text, HasSubstr(part));
