@@ -9,7 +9,7 @@
 
 namespace {
 
-class OperatorRunTest : public WindowChild {
+class WindowRunTest : public WindowChild {
 protected:
     void OpenSampleSuite() {
         auto const suite = ProgramFolder() / "usb_descriptors.dll";
@@ -46,7 +46,7 @@ Look LookFrom(CHARFORMAT2W const & format) {
 
 constexpr Look Plain{false, false, false, {}, {}};
 
-TEST_F(OperatorRunTest, TheSampleSuiteIsShownAsTheFormattedLogShowsItAndFails) {
+TEST_F(WindowRunTest, TheSampleSuiteIsShownAsTheFormattedLogShowsItAndFails) {
     auto const suite = (ProgramFolder() / "usb_descriptors.dll").string();
     std::string const expected = FormattedRun({"--suite", suite, "--recordings", RECORDINGS});
     OpenSampleSuite();
@@ -55,7 +55,7 @@ TEST_F(OperatorRunTest, TheSampleSuiteIsShownAsTheFormattedLogShowsItAndFails) {
     EXPECT_EQ(Close(), 1);
 }
 
-TEST_F(OperatorRunTest, TheStatusBarCountsWhatTheSummaryOfTheLogCounts) {
+TEST_F(WindowRunTest, TheStatusBarCountsWhatTheSummaryOfTheLogCounts) {
     OpenSampleSuite();
     RunToState(L"Failed");
     std::wstring const log = Log().RichText();
@@ -70,7 +70,7 @@ TEST_F(OperatorRunTest, TheStatusBarCountsWhatTheSummaryOfTheLogCounts) {
     EXPECT_EQ(Close(), 1);
 }
 
-TEST_F(OperatorRunTest, EntriesHaveTheLooksThatTheTestGaveThem) {
+TEST_F(WindowRunTest, EntriesHaveTheLooksThatTheTestGaveThem) {
     OpenWithSuite("looking");
     RunToState(L"Passed");
     Look const marked{true, true, true, RGB(0, 0, 0), RGB(0xFF, 0xFF, 0)};
@@ -80,7 +80,7 @@ TEST_F(OperatorRunTest, EntriesHaveTheLooksThatTheTestGaveThem) {
     EXPECT_EQ(Close(), 0);
 }
 
-TEST_F(OperatorRunTest, AbortEndsARunAndTheProgramTellsOfIt) {
+TEST_F(WindowRunTest, AbortEndsARunAndTheProgramTellsOfIt) {
     OpenWithSuite("endless");
     Window().Command(ID_RUN_START);
     ASSERT_TRUE(WaitFor([&] { return Window().Child(ID_RUN_ABORT).IsEnabled(); }));
@@ -90,14 +90,14 @@ TEST_F(OperatorRunTest, AbortEndsARunAndTheProgramTellsOfIt) {
     EXPECT_EQ(Close(), 3);
 }
 
-TEST_F(OperatorRunTest, ACommandThatIsSentStartsARunToo) {
+TEST_F(WindowRunTest, ACommandThatIsSentStartsARunToo) {
     OpenWithSuite("passing");
     Window().Send(WM_COMMAND, ID_RUN_START);
     AwaitState(L"Passed");
     EXPECT_EQ(Close(), 0);
 }
 
-TEST_F(OperatorRunTest, AnotherRunBeginsWithAnEmptyLogAndCountsOfItsOwn) {
+TEST_F(WindowRunTest, AnotherRunBeginsWithAnEmptyLogAndCountsOfItsOwn) {
     OpenWithSuite("looking");
     RunToState(L"Passed");
     std::string const first = Shown();
@@ -108,20 +108,20 @@ TEST_F(OperatorRunTest, AnotherRunBeginsWithAnEmptyLogAndCountsOfItsOwn) {
     EXPECT_EQ(Close(), 0);
 }
 
-TEST_F(OperatorRunTest, WithoutARunNothingHasPassed) {
+TEST_F(WindowRunTest, WithoutARunNothingHasPassed) {
     OpenWithSuite("passing");
     EXPECT_EQ(State(), L"Ready");
     EXPECT_EQ(Close(), 2);
 }
 
-TEST_F(OperatorRunTest, WithoutASuiteStartIsNotOffered) {
+TEST_F(WindowRunTest, WithoutASuiteStartIsNotOffered) {
     Open();
     EXPECT_FALSE(Window().Child(ID_RUN_START).IsEnabled());
     EXPECT_EQ(Window().Child(ID_SUITE_NAME).Text(), L"No suite chosen");
     EXPECT_EQ(Close(), 2);
 }
 
-TEST_F(OperatorRunTest, ASuiteThatDoesNotLoadIsAProblemInTheLog) {
+TEST_F(WindowRunTest, ASuiteThatDoesNotLoadIsAProblemInTheLog) {
     Open({"--suite", File("missing.dll")});
     RunToState(L"Could not run");
     EXPECT_EQ(Shown().find("the suite \"" + File("missing.dll") + "\" cannot be loaded"), 0u);
@@ -129,14 +129,14 @@ TEST_F(OperatorRunTest, ASuiteThatDoesNotLoadIsAProblemInTheLog) {
     EXPECT_EQ(Close(), 4);
 }
 
-TEST_F(OperatorRunTest, ClosingAbortsTheRunFirst) {
+TEST_F(WindowRunTest, ClosingAbortsTheRunFirst) {
     OpenWithSuite("endless");
     Window().Command(ID_RUN_START);
     ASSERT_TRUE(WaitFor([&] { return Window().Child(ID_RUN_ABORT).IsEnabled(); }));
     EXPECT_EQ(Close(), 3);
 }
 
-TEST_F(OperatorRunTest, ATestThatDoesNotAnswerIsEndedWhenTheOperatorSaysSo) {
+TEST_F(WindowRunTest, ATestThatDoesNotAnswerIsEndedWhenTheOperatorSaysSo) {
     OpenWithSuite("stuck");
     Window().Command(ID_RUN_START);
     // The test runs: no abort can end the run before it any more.
@@ -148,7 +148,7 @@ TEST_F(OperatorRunTest, ATestThatDoesNotAnswerIsEndedWhenTheOperatorSaysSo) {
     EXPECT_EQ(Finish().code, 3);
 }
 
-TEST_F(OperatorRunTest, WhileATestRunsSetUpAndRecordsAreOutOfReach) {
+TEST_F(WindowRunTest, WhileATestRunsSetUpAndRecordsAreOutOfReach) {
     OpenWithSuite("endless");
     Window().Command(ID_RUN_START);
     ASSERT_TRUE(WaitFor([&] { return Window().Child(ID_RUN_ABORT).IsEnabled(); }));
@@ -158,7 +158,7 @@ TEST_F(OperatorRunTest, WhileATestRunsSetUpAndRecordsAreOutOfReach) {
     EXPECT_EQ(Close(), 3);
 }
 
-TEST_F(OperatorRunTest, ProgressAndTimeAreShown) {
+TEST_F(WindowRunTest, ProgressAndTimeAreShown) {
     OpenWithSuite("endless");
     Window().Command(ID_RUN_START);
     EXPECT_TRUE(WaitFor([&] { return Window().Child(ID_PROGRESS_LABEL).Text() == L"0 of 2  T1"; }));
