@@ -12,13 +12,18 @@ void RefuseLogFile(std::string const & name) {
         + "exists and may be written to.");
 }
 
+std::string LineOf(CTestLogEntry const & entry) {
+    std::string line(StatusWord(entry.status));
+    line.append(entry.text).push_back('\n');
+    return line;
+}
+
 LogFile::LogFile(std::string const & name) : m_File(std::fopen(name.c_str(), "at")) {
     if (!m_File) RefuseLogFile(name);
 }
 
 void LogFile::EntryWritten(CTestLog const &, CTestLogEntry const & entry) {
-    std::string line(StatusWord(entry.status));
-    line.append(entry.text).push_back('\n');
+    std::string const line = LineOf(entry);
     std::fwrite(line.data(), 1, line.size(), m_File.get());
     std::fflush(m_File.get());
 }
