@@ -121,8 +121,8 @@ struct CReportSet::Data {
     void Begin(CReportRequest const & request);
     template <typename Tell>
     void TellAll(Tell const & tell);
-    void Open(std::string const & name, bool isTest, bool isOutside);
-    void OpenOutside();
+    void Open(Section section);
+    void OpenOutside(Moment const & start);
     void Close(SectionVerdict verdict);
     void CloseOutside();
     void Write(SectionEntry const & entry);
@@ -154,20 +154,19 @@ void CReportSet::Data::TellAll(Tell const & tell) {
     }
 }
 
-void CReportSet::Data::Open(std::string const & name, bool isTest, bool isOutside) {
-    Section section;
+void CReportSet::Data::Open(Section section) {
     section.number = run.sections.size() + 1;
-    section.name = name;
-    section.isTest = isTest;
-    section.isOutside = isOutside;
-    section.start = Moment::Now();
     open = std::move(section);
     TellAll([this](ReportSink & sink) { sink.SectionOpened(run, *open); });
 }
 
-void CReportSet::Data::OpenOutside() {
-    bool const isFirst = run.sections.empty();
-    Open(isFirst ? "Before the first test" : "After " + run.sections.back().name, false, true);
+void CReportSet::Data::OpenOutside(Moment const & start) {
+    Section section;
+    section.name =
+        run.sections.empty() ? "Before the first test" : "After " + run.sections.back().name;
+    section.isOutside = true;
+    section.start = start;
+    Open(std::move(section));
 }
 
 void CReportSet::Data::Close(SectionVerdict verdict) {
@@ -185,7 +184,7 @@ void CReportSet::Data::CloseOutside() {
 }
 
 void CReportSet::Data::Write(SectionEntry const & entry) {
-    if (!open) OpenOutside();
+    if (!open) OpenOutside(entry.time);
     ++open->counts[static_cast<std::size_t>(entry.kind)];
     if (open->firstProblem.empty() && IsProblem(entry.kind))
         open->firstProblem = CleanText::Cut(entry.text, LongestProblem);
@@ -217,7 +216,11 @@ void CReportSet::TestOpened(CTestLog const & test, std::string const & name) {
     m_Data->CloseOutside();
     if (m_Data->open) m_Data->Close(SectionVerdict::Aborted);
     m_Data->test = &test;
-    m_Data->Open(name, test.IsActualTest(), false);
+    Section section;
+    section.name = name;
+    section.isTest = test.IsActualTest();
+    section.start = Moment::Now();
+    m_Data->Open(std::move(section));
 }
 
 void CReportSet::TestClosed(CTestLog const & test) {
