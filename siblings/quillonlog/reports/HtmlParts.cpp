@@ -165,9 +165,16 @@ std::string HtmlParts::DocumentBegin(std::string const & suite) {
            + "</script>\n</head>\n<body>\n<a class=\"skip\" href=\"#tests\">To the tests</a>\n";
 }
 
-std::string HtmlParts::Head(RunRecord const & run) {
+std::string HtmlParts::LeftOut(std::size_t count) {
+    if (count == 0) return {};
+    return "<p class=\"more\">" + Amount(count, "entry", "entries")
+           + " of information left out, as the run is long. Every other entry is here; the journal "
+             "has them all.</p>\n";
+}
+
+std::string HtmlParts::Head(RunRecord const & run, std::size_t leftOut) {
     return TopOf(run) + "<main>\n<div class=\"cards\">\n" + Result(run.score) + TimeLine(run)
-           + "</div>\n" + Failures(run) + About(run.facts) + TestsBegin();
+           + "</div>\n" + Failures(run) + About(run.facts) + TestsBegin() + LeftOut(leftOut);
 }
 
 std::string HtmlParts::SectionBegin(Section const & section) {

@@ -12,10 +12,13 @@ namespace HtmlParts {
 std::string DocumentBegin(std::string const & suite);
 
 // Of a page that is complete.
-std::string Head(RunRecord const & run);
+std::string Head(RunRecord const & run, std::size_t leftOut);
 std::string SectionBegin(Section const & section);
 std::string SectionEnd();
 std::string DocumentEnd();
+
+// Says how many entries are left out; empty for none.
+std::string LeftOut(std::size_t count);
 
 // Of a page that grows. The state says how many tests are over; it is shorter than 500 bytes.
 std::string State(RunRecord const & run);

@@ -54,17 +54,28 @@ void HtmlReport::WriteState(RunRecord const & run) {
 void HtmlReport::SectionOpened(RunRecord const &, Section const & section) {
     m_File->Append(HtmlParts::GrowingSectionBegin(section));
     m_Begin = m_File->Size();
-    m_EntryCount = 0;
+    m_EntryCount = m_SectionShown = m_SectionLeftOut = 0;
+}
+
+bool HtmlReport::IsLeftOut(SectionEntry const & entry) const {
+    bool const isInformation = entry.kind == EntryKind::Info || entry.kind == EntryKind::Unknown;
+    return isInformation && m_Shown >= MostEntries && m_SectionShown >= LeastOfSection;
 }
 
 // An entry is in the file at once: of a test that hangs or dies, the last entry tells the most.
 void HtmlReport::EntryWritten(Section const & section, SectionEntry const & entry) {
+    ++m_EntryCount;
+    if (IsLeftOut(entry)) {
+        ++m_SectionLeftOut;
+        return;
+    }
     m_Text.clear();
-    if (m_EntryCount % BlockSize == 0) {
-        if (m_EntryCount != 0) m_Text += BlockEnd;
+    if (m_SectionShown % BlockSize == 0) {
+        if (m_SectionShown != 0) m_Text += BlockEnd;
         m_Text += BlockBegin;
     }
-    ++m_EntryCount;
+    ++m_SectionShown;
+    ++m_Shown;
     AppendEntry(section, entry);
     m_File->Append(m_Text);
 }
@@ -85,7 +96,9 @@ void HtmlReport::AppendEntry(Section const & section, SectionEntry const & entry
 }
 
 void HtmlReport::SectionClosed(RunRecord const & run, Section const & section) {
-    std::string const end(m_EntryCount != 0 ? BlockEnd : "");
+    m_LeftOut += m_SectionLeftOut;
+    std::string const end =
+        std::string(m_SectionShown != 0 ? BlockEnd : "") + HtmlParts::LeftOut(m_SectionLeftOut);
     m_Entries.push_back({m_Begin, m_File->Size() + end.size()});
     m_File->Append(end + HtmlParts::GrowingSectionEnd(section));
     WriteState(run);
@@ -94,7 +107,7 @@ void HtmlReport::SectionClosed(RunRecord const & run, Section const & section) {
 void HtmlReport::RunEnded(RunRecord const & run) {
     ReportFile::Replacement page(*m_File);
     page.Append(HtmlParts::DocumentBegin(run.facts.suite));
-    page.Append(HtmlParts::Head(run));
+    page.Append(HtmlParts::Head(run, m_LeftOut));
     for (std::size_t i = 0; i < run.sections.size(); ++i) {
         page.Append(HtmlParts::SectionBegin(run.sections[i]));
         page.Copy(m_Entries[i]);

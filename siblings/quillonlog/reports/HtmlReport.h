@@ -3,6 +3,9 @@
 // While it grows, the page begins with how the run stands, and each section says that it is not
 // finished until its result follows: a browser shows whatever is there of it. At the end the
 // entries are copied into a page with a head that knows them all.
+//
+// A page of a million entries opens slowly. So from MostEntries on, what is mere information is
+// left out but for the begin of each test; the page says how much that is. All else is always kept.
 #pragma once
 
 #include <memory>
@@ -14,6 +17,9 @@
 
 class HtmlReport : public ReportSink {
 public:
+    static constexpr std::size_t MostEntries = 200'000;
+    static constexpr std::size_t LeastOfSection = 10;
+
     explicit HtmlReport(std::unique_ptr<ReportFile> file) : m_File(std::move(file)) {}
 
     void RunStarted(RunRecord const & run) override;
@@ -23,6 +29,7 @@ public:
     void RunEnded(RunRecord const & run) override;
 
 private:
+    bool IsLeftOut(SectionEntry const & entry) const;
     void AppendEntry(Section const & section, SectionEntry const & entry);
     void WriteState(RunRecord const & run);
 
@@ -31,8 +38,13 @@ private:
     std::uint64_t m_State = 0;
     // Where the entries of each section that is over stand.
     std::vector<FileRange> m_Entries;
+    // How many entries of the run stand in the page, and how many do not.
+    std::size_t m_Shown = 0;
+    std::size_t m_LeftOut = 0;
+    // Of the open section: where its entries begin, how many came, stand there, and do not.
     std::uint64_t m_Begin = 0;
-    // Of the open section.
     std::size_t m_EntryCount = 0;
+    std::size_t m_SectionShown = 0;
+    std::size_t m_SectionLeftOut = 0;
     std::string m_Text;
 };

@@ -138,8 +138,14 @@
   function mark(entry) {
     document.querySelectorAll('.here').forEach((other) => other.classList.remove('here'));
     entry.classList.add('here');
-    entry.scrollIntoView({ block: 'center' });
-    entry.querySelector('a').focus({ preventScroll: true });
+    // What comes into view around it has its height only then.
+    let rounds = 3;
+    const settle = () => {
+      entry.scrollIntoView({ block: 'center' });
+      if (--rounds > 0) requestAnimationFrame(settle);
+      else entry.querySelector('a').focus({ preventScroll: true });
+    };
+    settle();
   }
 
   // A link to a test or to an entry, also to one that is folded away or filtered out.
@@ -152,12 +158,13 @@
     test.open = true;
     show(test);
     if (!target[2]) { test.scrollIntoView(); return; }
-    for (const place of test.querySelectorAll('.log > div')) {
-      if (place.source && !place.source.textContent.includes('<li id=' + name + ' ')) continue;
-      fill(place);
-      const entry = byId(name);
-      if (entry) { mark(entry); return; }
-    }
+    const places = [...test.querySelectorAll('.log > div')];
+    const at = places.findIndex((place) => place.querySelector('#' + name)
+      || (place.source && place.source.textContent.includes('<li id=' + name + ' ')));
+    if (at < 0) return;
+    // Its neighbours come into view too, and would move it.
+    places.slice(Math.max(at - 1, 0), at + 2).forEach(fill);
+    mark(byId(name));
   }
 
   function reset() {
@@ -190,7 +197,8 @@
   }
 
   document.addEventListener('toggle', (event) => {
-    if (event.target.matches('.t') && event.target.open) show(event.target);
+    // While the page is read, a test may be told of as unfolded before its entries are there.
+    if (document.readyState !== 'loading' && event.target.matches('.t') && event.target.open) show(event.target);
   }, true);
   document.addEventListener('DOMContentLoaded', () => {
     const tools = document.querySelector('.tools');
