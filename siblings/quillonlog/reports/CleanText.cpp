@@ -200,6 +200,12 @@ void CleanText::AppendAttribute(std::string & out, std::string_view text) {
 }
 
 void CleanText::AppendJson(std::string & out, std::string_view text) {
+    bool const isPlain =
+        PlainLength(text) == text.size() && text.find('\\') == std::string_view::npos;
+    if (isPlain) {
+        out.append("\"").append(text).append("\"");
+        return;
+    }
     nlohmann::json const value(IsAscii(text) ? std::string(text) : WellFormed(text));
     out += value.dump();
 }

@@ -144,7 +144,9 @@ std::size_t EntriesOf(Section const & section) {
     return all;
 }
 
-std::string Anchor(Section const & section) { return "t" + std::to_string(section.number); }
+std::string Anchor(Section const & section) {
+    return std::string("t").append(std::to_string(section.number));
+}
 
 // Bold when it is a test of a device.
 std::string Heading(Section const & section) {

@@ -29,7 +29,8 @@ KindForm const & FormOf(EntryKind kind) {
 }
 
 std::string IdOf(Section const & section, std::size_t entry) {
-    return "e" + std::to_string(section.number) + "-" + std::to_string(entry);
+    std::string id = "e";
+    return id.append(std::to_string(section.number)).append("-").append(std::to_string(entry));
 }
 
 } // namespace
