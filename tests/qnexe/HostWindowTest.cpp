@@ -113,6 +113,21 @@ TEST_F(HostWindowTest, DeviceEventReachesTheTestThatWaitsForIt) {
                  "    Name=COM3\n");
 }
 
+TEST_F(HostWindowTest, DeviceEventsAreKeptInTheSuitesRecord) {
+    CTestSuiteLog suite;
+    CAppState::TestSuiteLog(&suite);
+    ServeDuring([&] {
+        SendMessageA(m_Window.Handle(), WM_DEVICECHANGE, 0x8000, 0);
+        SendMessageA(m_Window.Handle(), WM_DEVICECHANGE, 0x1234, 0);
+    });
+    CAppState::TestSuiteLog(nullptr);
+    auto const events = suite.DeviceEvents();
+    ASSERT_EQ(events.size(), 2u);
+    EXPECT_EQ(events[0].what, "arrived");
+    EXPECT_EQ(events[0].device, "");
+    EXPECT_EQ(events[1].what, "device event 4660");
+}
+
 TEST_F(HostWindowTest, SecondWindowIsRefused) {
     EXPECT_THROW(HostWindow(), std::runtime_error);
     EXPECT_NE(IsWindow(m_Window.Handle()), 0);

@@ -149,6 +149,31 @@ TEST_F(HtmlReportTest, WhatTheSuiteFiledIsShownButForEachTestsLine) {
     EXPECT_THAT(Body(), Not(HasSubstr("line of a test")));
 }
 
+TEST_F(HtmlReportTest, LongRunLeavesOutInformationAndNothingElse) {
+    auto const write = [this](int count, TEST_STATUS status, char const * text) {
+        for (int i = 0; i < count; ++i)
+            Write(status, text);
+    };
+    Open("T1");
+    write(200'000, TEST_STATUS_INFO, "early");
+    Close(TEST_STATUS_SUCCESS);
+    Open("T2");
+    write(300, TEST_STATUS_INFO, "late");
+    write(300, TEST_STATUS_FAIL, "failure");
+    write(300, TEST_STATUS_WARNING, "warning");
+    write(300, TEST_STATUS_ERROR, "error");
+    Close(TEST_STATUS_FAIL);
+    EXPECT_THAT(Body(), HasSubstr("290 entries of information left out, as the run is long."));
+    End(ERunVerdict::Failed);
+    std::string const body = Body();
+    EXPECT_EQ(CountOf(body, "<span>early</span>"), 200'000u);
+    EXPECT_EQ(CountOf(body, "<span>late</span>"), 10u);
+    for (char const * const kept : {"failure", "warning", "error"})
+        EXPECT_EQ(CountOf(body, std::string("<span>") + kept + "</span>"), 300u) << kept;
+    EXPECT_EQ(CountOf(body, "290 entries of information left out"), 2u);
+    EXPECT_THAT(body, HasSubstr("<li id=e2-301 class=\"f\">"));
+}
+
 // Marks at one place are drawn once, but every failure's place has its mark.
 TEST_F(HtmlReportTest, TimeLineOfManyTestsStaysSmall) {
     for (int i = 0; i < 20'000; ++i)
