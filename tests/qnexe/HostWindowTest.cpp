@@ -12,6 +12,7 @@
 #include "messages/CWindowsMessage.h"
 #include "platform/Synchronization.h"
 #include "qnexe/LibraryState.h"
+#include "siblings/QuillonLog.h"
 
 namespace {
 

@@ -1,6 +1,7 @@
 // Cleans texts: one decoder, and what each form makes of its code points.
 #include "siblings/quillonlog/reports/CleanText.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -170,6 +171,22 @@ bool IsAscii(std::string_view text) {
     return true;
 }
 
+bool IsPrintable(std::string_view text) {
+    return std::all_of(
+        text.begin(), text.end(), [](char byte) { return byte >= 0x20 && byte < 0x7F; });
+}
+
+// Nearly every text of a run.
+void AppendPrintableJson(std::string & out, std::string_view text) {
+    out += '"';
+    for (auto mark = text.find_first_of("\"\\"); mark != text.npos;
+         mark = text.find_first_of("\"\\")) {
+        out.append(text.substr(0, mark)).append("\\").append(text.substr(mark, 1));
+        text.remove_prefix(mark + 1);
+    }
+    out.append(text).append("\"");
+}
+
 std::string WellFormed(std::string_view text) {
     std::string out;
     while (!text.empty()) {
@@ -200,12 +217,7 @@ void CleanText::AppendAttribute(std::string & out, std::string_view text) {
 }
 
 void CleanText::AppendJson(std::string & out, std::string_view text) {
-    bool const isPlain =
-        PlainLength(text) == text.size() && text.find('\\') == std::string_view::npos;
-    if (isPlain) {
-        out.append("\"").append(text).append("\"");
-        return;
-    }
+    if (IsPrintable(text)) return AppendPrintableJson(out, text);
     nlohmann::json const value(IsAscii(text) ? std::string(text) : WellFormed(text));
     out += value.dump();
 }

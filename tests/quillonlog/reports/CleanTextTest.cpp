@@ -97,6 +97,11 @@ TEST(CleanTextTest, JsonCarriesEveryCharacterAndIsRead) {
     EXPECT_EQ(nlohmann::json::parse(Json(text)).get<std::string>(), text);
 }
 
+TEST(CleanTextTest, QuotesAndBackslashesOfJsonAreEscaped) {
+    EXPECT_EQ(Json(""), "\"\"");
+    EXPECT_EQ(Json("C:\\a \"b\" <c>\\"), "\"C:\\\\a \\\"b\\\" <c>\\\\\"");
+}
+
 TEST(CleanTextTest, CutKeepsWholeCharacters) {
     EXPECT_EQ(CleanText::Cut("abc", 3), "abc");
     EXPECT_EQ(CleanText::Cut("abcd", 3), "abc\xE2\x80\xA6");

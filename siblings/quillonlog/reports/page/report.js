@@ -101,29 +101,38 @@
   const breath = () => new Promise((resolve) => setTimeout(resolve));
   const amount = (count, one, many) => count.toLocaleString('en') + ' ' + (count === 1 ? one : many);
 
-  // Long runs are looked through in pieces, so that the page goes on answering.
+  // Long runs are looked through in pieces, so that the page goes on answering. Nothing of it shows
+  // before all is known: to show a change costs more than to find it.
+  async function findAll(wanted, isStale) {
+    const found = new Map();
+    let begin = performance.now();
+    for (const test of tests()) {
+      if (!wanted.onlyBad || isBad(test)) found.set(test, wanted.entries ? find(test, wanted) : null);
+      if (performance.now() - begin < 40) continue;
+      await breath();
+      if (isStale()) return null;
+      begin = performance.now();
+    }
+    return found;
+  }
+
   async function apply() {
     const mine = ++turn;
     const wanted = wantedNow();
+    const all = await findAll(wanted, () => mine !== turn);
+    if (all === null) return;
     filter = wanted.entries ? wanted : null;
     let entries = 0;
     let shown = 0;
-    let begin = performance.now();
     for (const test of tests()) {
       clear(test);
-      test.found = filter && (!wanted.onlyBad || isBad(test)) ? find(test, wanted) : null;
-      test.hidden = (wanted.onlyBad && !isBad(test)) || (filter !== null && test.found.count === 0);
-      if (!test.hidden) {
-        ++shown;
-        entries += test.found ? test.found.count : Number(test.dataset.n || 0);
-        if (filter && wanted.text && shown <= AUTO_UNFOLD) test.open = true;
-        if (test.open) show(test);
-      }
-      if (performance.now() - begin > 40) {
-        await breath();
-        if (mine !== turn) return;
-        begin = performance.now();
-      }
+      test.found = all.get(test) ?? null;
+      test.hidden = !all.has(test) || (filter !== null && test.found.count === 0);
+      if (test.hidden) continue;
+      ++shown;
+      entries += test.found ? test.found.count : Number(test.dataset.n || 0);
+      if (filter && wanted.text && shown <= AUTO_UNFOLD) test.open = true;
+      if (test.open) show(test);
     }
     byId('found').textContent = filter || wanted.onlyBad
       ? amount(entries, 'entry', 'entries') + ' in ' + amount(shown, 'test', 'tests') : '';
