@@ -19,6 +19,9 @@ if(MORVEX_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
     CCACHE_BASEDIR=${PROJECT_SOURCE_DIR} CCACHE_NOHASHDIR=true ${MORVEX_CCACHE})
 endif()
 
+# The system's records have the layout of these versions, for users as for us.
+set(MORVEX_WINDOWS_VERSIONS WINVER=0x0A00 _WIN32_WINNT=0x0A00 _RICHEDIT_VER=0x0800)
+
 add_library(morvex_options INTERFACE)
 target_include_directories(morvex_options INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_options(morvex_options INTERFACE
@@ -26,7 +29,7 @@ target_compile_options(morvex_options INTERFACE
   -Wnon-virtual-dtor -Woverloaded-virtual -Wundef -Wcast-align -Wimplicit-fallthrough)
 if(WIN32)
   target_compile_definitions(morvex_options INTERFACE
-    WIN32_LEAN_AND_MEAN NOMINMAX WINVER=0x0A00 _WIN32_WINNT=0x0A00 _RICHEDIT_VER=0x0800)
+    WIN32_LEAN_AND_MEAN NOMINMAX ${MORVEX_WINDOWS_VERSIONS})
   # <windows.h> and its kin are written in the old style.
   target_compile_options(morvex_options INTERFACE -Wno-old-style-cast)
 else()
@@ -82,6 +85,17 @@ function(morvex_version target file_description)
     configure_file(${PROJECT_SOURCE_DIR}/cmake/VersionNote.cpp.in ${generated}.cpp @ONLY)
     target_sources(${target} PRIVATE ${generated}.cpp)
   endif()
+endfunction()
+
+# morvex_public_target(<target> <name>): users link it as Morvex::<name>, inside the project too.
+function(morvex_public_target target name)
+  set_target_properties(${target} PROPERTIES EXPORT_NAME ${name})
+  target_compile_features(${target} INTERFACE cxx_std_20)
+  add_library(Morvex::${name} ALIAS ${target})
+  set_property(GLOBAL APPEND PROPERTY MORVEX_LIBRARIES ${target})
+  target_include_directories(${target} INTERFACE
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
+    $<INSTALL_INTERFACE:include/morvex>)
 endfunction()
 
 # morvex_shared_library(<target> <Name>): <Name>.dll on Windows, lib<name>.so with an SONAME elsewhere.

@@ -100,7 +100,7 @@ inline constexpr DWORD DEVICE_NOTIFY_ALL_INTERFACE_CLASSES = 4;
 // UnregisterDeviceNotification, also when the window has gone before.
 //
 // Null with ERROR_INVALID_PARAMETER for a window that is null or gone, a filter of another type and
-// unknown flags; with ERROR_SERVICE_NOT_ACTIVE where nothing on the machine announces devices; with
+// unknown flags; with ERROR_SERVICE_NOT_ACTIVE where no device manager runs; with
 // ERROR_NOT_ENOUGH_MEMORY when the process may open no more descriptors.
 MORVEX_PLATFORM_API HDEVNOTIFY
 RegisterDeviceNotificationA(HANDLE recipient, void * filter, DWORD flags);

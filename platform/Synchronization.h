@@ -16,7 +16,7 @@ struct CRITICAL_SECTION {
     std::atomic<int> state;
     // Something that is the holder's alone; null while the section is free.
     std::atomic<void const *> holder;
-    // How often the holder has entered; belongs to the holder.
+    // How often the holder has entered besides the first time; belongs to the holder.
     DWORD depth;
 };
 

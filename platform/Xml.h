@@ -5,8 +5,10 @@
 // on several threads may share a schema. A method that fails leaves its output null.
 //
 // Safe by default off Windows: a DOCTYPE is refused, so that there are no entities but the five of
-// XML; nothing is fetched over a network; elements nest 256 deep at most; and a document that would
-// need hundreds of megabytes is refused.
+// XML; nothing is fetched over a network; elements nest 256 deep at most. Refused for its size is a
+// file of more than 256 MB, one that would take more than 512 MB as a tree, a text of more than
+// 64 MB, an attribute of more than 10 MB, and a schema of more than 16 MB with all that it
+// includes.
 #pragma once
 
 #include "platform/Com.h"
@@ -102,11 +104,14 @@ protected:
 };
 
 struct IXMLDOMSchemaCollection : IDispatch {
-    // Binds the schema in a file, named by a text, to its target namespace (empty: none) in place
-    // of an earlier one. A file with its includes and imports is compiled once in the process, and
-    // again when one of them has changed. E_FAIL when the file cannot be read, is no schema or has
-    // another target namespace, with an error object that says what and where; E_NOTIMPL for a
-    // second namespace.
+    // Binds the schema in a file, named by a text, to its target namespace (empty: none). A file
+    // with its includes and imports is compiled once in the process, and again when one of them has
+    // changed. E_FAIL when the file cannot be read, is no schema or has another target namespace;
+    // E_NOTIMPL for a second file, of whatever namespace. Either leaves an error object that says
+    // what and where, and the collection as it was.
+    //
+    // Types, keys and references between keys are checked; not checked is whether the values of
+    // type xs:ID differ and whether an xs:IDREF has its ID.
     virtual HRESULT add(BSTR namespaceUri, VARIANT location) = 0;
 
 protected:

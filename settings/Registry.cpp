@@ -72,17 +72,14 @@ bool Write(
               });
 }
 
-// The value's bytes with `spare` zero bytes behind them.
-bool ReadBytes(
-    HKEY opened, char const * value, std::size_t spare, bool (*succeeded)(LSTATUS),
-    std::vector<unsigned char> & bytes) {
+// The value's bytes. An empty value is read like any other, for it may have grown meanwhile.
+bool ReadBytes(HKEY opened, char const * value, bool (*succeeded)(LSTATUS), std::string & bytes) {
     DWORD size = 0;
     if (!succeeded(RegQueryValueExA(opened, value, nullptr, nullptr, nullptr, &size))) return false;
-    bytes.resize(size + spare);
-    if (!succeeded(RegQueryValueExA(opened, value, nullptr, nullptr, bytes.data(), &size)))
-        return false;
     bytes.resize(size);
-    bytes.resize(size + spare);
+    auto * const data = reinterpret_cast<BYTE *>(bytes.data());
+    if (!succeeded(RegQueryValueExA(opened, value, nullptr, nullptr, data, &size))) return false;
+    bytes.resize(size);
     return true;
 }
 
@@ -151,9 +148,9 @@ bool TS_DeleteRegistryVal(HKEY key, char const * subkey, char const * value) {
 
 bool TS_GetRegistryString(HKEY key, char const * subkey, char const * value, std::string & out) {
     return InOpenedKey(key, subkey, KEY_READ, [&](HKEY opened) {
-        std::vector<unsigned char> bytes;
-        if (!ReadBytes(opened, value, 1, Succeeded, bytes)) return false;
-        out = reinterpret_cast<char const *>(bytes.data());
+        std::string bytes;
+        if (!ReadBytes(opened, value, Succeeded, bytes)) return false;
+        out = bytes.c_str();
         return true;
     });
 }
@@ -175,8 +172,8 @@ bool TS_GetRegistryBinary(
     if (out == nullptr) return false;
     HKEY opened = nullptr;
     return BinarySucceeded(Open(key, subkey, KEY_READ, opened)) && ThenClose(opened, [&](HKEY) {
-               std::vector<unsigned char> bytes;
-               if (!ReadBytes(opened, value, 0, BinarySucceeded, bytes)) return false;
+               std::string bytes;
+               if (!ReadBytes(opened, value, BinarySucceeded, bytes)) return false;
                std::copy_n(bytes.data(), std::min<std::size_t>(bytes.size(), size), out);
                return true;
            });

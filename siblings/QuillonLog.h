@@ -159,8 +159,9 @@ public:
     // The engine's side: makes a new record the current one, and says that its test has ended,
     // which is the stop time of a test whose log has stored none. The record stays current until
     // the next one is opened, so that later entries have a place.
-    // `name` is for the listener alone.
-    CTestLog & OpenTest(bool actualTest, std::string const & name = std::string());
+    CTestLog & OpenTest(bool actualTest);
+    // The name is for the listener alone.
+    CTestLog & OpenTest(bool actualTest, std::string const & name);
     void CloseTest();
 
     // The record of the current test; the suite keeps it.

@@ -107,32 +107,36 @@ struct Raw {
 void DescribeSettings(CLI::App & app, Raw & raw) {
     app.add_option("--settings", raw.settings, "A file of settings: [section], key=value")
         ->type_name("FILE");
-    app.add_option("--set", raw.set, "One setting, above the file's: section.key=value")
+    app.add_option(
+           "--set", raw.set,
+           "One setting, above the file's: section.key=value;\n"
+           "once for each setting")
         ->allow_extra_args(false)
         ->check(WhatIsWrongWithSetting)
         ->type_name("SETTING");
     app.add_option(
            "--dut", raw.device,
-           "The device under test, kept for later runs: "
-           "tid=...,testbed=...,room=...,comments=...; an empty word forgets it")
+           "The device under test, kept for later runs:\n"
+           "tid=...,testbed=...,room=...,comments=...;\n"
+           "an empty word forgets it")
         ->check(WhatIsWrongWithDevice)
         ->type_name("DEVICE");
     app.add_option(
            "--ufp-vif", raw.ufpVif,
-           "The UFP VIF file, kept for later runs; an empty name forgets it")
+           "The UFP VIF file, kept for later runs;\nan empty name forgets it")
         ->type_name("FILE");
     app.add_option(
            "--dfp-vif", raw.dfpVifs,
-           "The DFP VIF files, kept for later runs; an empty name alone forgets them")
+           "The DFP VIF files, kept for later runs;\nan empty name alone forgets them")
         ->type_name("FILE");
     app.add_flag(
         "--show-settings", raw.showSettings,
-        "Show all settings and where they come from, instead of a run");
+        "Show all settings and where they come from,\ninstead of a run");
 }
 
 void Describe(CLI::App & app, Raw & raw) {
     app.name("QNExe");
-    app.set_help_flag("--help", "Show this text");
+    app.set_help_flag("-h,--help", "Show this text");
     app.set_version_flag("--version", "QNExe " QNEXE_VERSION, "Show the version");
     app.add_option("--suite", raw.suite, "The test suite to run, a shared library")
         ->check(CheckNotEmpty)
@@ -142,28 +146,34 @@ void Describe(CLI::App & app, Raw & raw) {
     app.add_option("--log", raw.log, "A text file to append the log to")->type_name("FILE");
     app.add_option(
            "--report", raw.reports,
-           "The reports to write: html:<path>,junit:<path>,json:<path>, and overwrite to replace "
-           "files; in place of what the variable QN_REPORT asks for")
+           "The reports to write: html:<path>,\njunit:<path>,json:<path>, and overwrite\n"
+           "to replace files; in place of QN_REPORT")
         ->allow_extra_args(false)
         ->check(CheckReports)
         ->type_name("REPORTS");
-    app.add_option("--verbosity", raw.verbosity, "How much to log: " + LevelList() + "or 0 to 255")
+    app.add_option(
+           "--verbosity", raw.verbosity,
+           "How much to log: Quiet, Minimal, Low, Normal (the\n"
+           "default), Verbose, Diagnostic, Internal,\nor a number from 0 to 255")
         ->check(CheckLevel)
         ->type_name("LEVEL");
     app.add_option(
            "--view", raw.view,
-           "How to show the log: console, formatted, or auto, which is formatted on a terminal")
+           "How to show the log: console, formatted, or auto,\n"
+           "which is formatted on a terminal with colors")
         ->check(CheckView)
         ->type_name("VIEW");
     app.add_flag(
-        "--interactive", raw.interactive, "Have the suite ask the operator, if it has questions");
+        "--interactive", raw.interactive,
+        "Have the suite ask the operator, if it can;\n"
+        "QN_PROMPTS names a file of answers");
     app.add_flag(
         "--versions", raw.versions,
-        "Begin the log with the system and the program files' versions");
+        "Begin the log with the versions of the system and\nof the program files");
     app.add_flag("--only-failures", raw.onlyFailures, "Leave out the entries of tests that pass");
     DescribeSettings(app, raw);
-    app.footer("Exit code: 0 passed, 1 failed, 2 no test ran, 3 aborted by the operator, "
-               "4 could not run.");
+    app.footer("Exit code: 0 passed, 1 failed, 2 no test ran, 3 aborted by the operator,\n"
+               "4 could not run, or could not write its log file.");
 }
 
 std::optional<std::string> IfGiven(CLI::App const & app, char const * option, std::string value) {

@@ -13,7 +13,7 @@ enum class ExitCode : int {
     NoTestRan = 2,
     AbortedByOperator = 3,
     // Bad arguments, a suite that does not load or cannot list its tests, a log file that cannot
-    // be opened. What was wrong stands on standard error.
+    // be opened or has lost entries. What was wrong stands on standard error.
     CouldNotRun = 4,
 };
 

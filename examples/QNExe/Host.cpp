@@ -16,7 +16,6 @@
 #include "examples/QNExe/reports/RunFacts.h"
 #include "examples/QNExe/view/ConsoleLines.h"
 #include "examples/QNExe/view/LogFile.h"
-#include "examples/QNExe/view/Terminal.h"
 #include "log/CMXLog.h"
 #include "output/CUIUpdate.h"
 
@@ -37,7 +36,7 @@ void SetDefaultLook() {
 
 bool IsFormatted(LogView view) {
     if (view != LogView::Auto) return view == LogView::Formatted;
-    return KindOf(stderr) == StreamKind::Terminal;
+    return IsColorTerminal(stderr);
 }
 
 // Hears of a suite for a scope.
@@ -185,22 +184,35 @@ ExitCode Host::RunReported(TestSuite & suite) {
     return ExitCodeOf(m_SuiteLog, CUIUpdate::GetUIUpdate()->AbortFunction());
 }
 
-// The console's log keeps no record, and reports are made of it: with them the host shows the lines
-// itself. The log writes its summary when it ends, where nothing may throw: by then no update is
-// armed, and no abort can come in between the summary and the exit code.
+// A verdict counts only with the log that tells of it.
 void Host::RunTests(TestSuite & suite) {
-    bool const isRecorded = m_View || m_Reports;
-    std::unique_ptr<LogFile> file;
-    if (m_Options.log && isRecorded) file = std::make_unique<LogFile>(*m_Options.log);
-    if (m_Options.log && !isRecorded) CheckLogFile(*m_Options.log);
+    if (!m_Options.log) return RunTests(suite, nullptr);
+    if (IsRecorded()) {
+        LogFile file(*m_Options.log);
+        RunTests(suite, &file);
+        return file.CheckWhole();
+    }
+    CheckLogFile(*m_Options.log);
+    LogFileWatch const watch(*m_Options.log);
+    RunTests(suite, nullptr);
+    watch.CheckWhole();
+}
+
+// The console's log keeps no record, and reports are made of it: with them the host shows the lines
+// itself.
+bool Host::IsRecorded() const { return m_View || m_Reports; }
+
+// The log writes its summary when it ends, where nothing may throw: by then no update is armed,
+// and no abort can come in between the summary and the exit code.
+void Host::RunTests(TestSuite & suite, CTestSuiteListener * file) {
     ConsoleLines lines;
     Listeners listeners;
-    if (isRecorded && !m_View) listeners.Add(lines);
-    if (file) listeners.Add(*file);
+    if (IsRecorded() && !m_View) listeners.Add(lines);
+    if (file != nullptr) listeners.Add(*file);
     if (m_Reports) listeners.Add(m_Reports->Listener());
     Listening const listening(m_SuiteLog, listeners);
     RunningSuite const running(
-        isRecorded ? TS_LOG_HTML : TS_LOG_CONSOLE, m_Output, m_Options.versions,
+        IsRecorded() ? TS_LOG_HTML : TS_LOG_CONSOLE, m_Output, m_Options.versions,
         m_Options.log ? &*m_Options.log : nullptr);
     CMXLog & log = running.Log();
     WarnOfAnother(log);

@@ -42,6 +42,8 @@ private:
     ExitCode RunSuite();
     ExitCode RunReported(TestSuite & suite);
     void RunTests(TestSuite & suite);
+    void RunTests(TestSuite & suite, CTestSuiteListener * file);
+    bool IsRecorded() const;
 
     HostOptions m_Options;
     LibraryState m_State;

@@ -11,12 +11,18 @@ constexpr int WANTED = 2;
 // Its address tells the threads apart. The model spares a call at each use.
 [[gnu::tls_model("initial-exec")]] thread_local char const t_Self = 0;
 
-void WaitFor(CRITICAL_SECTION & section) {
+void Hold(CRITICAL_SECTION & section) { section.holder.store(&t_Self, std::memory_order_relaxed); }
+
+// Waiting and waking stand apart, so that the usual way in and out has nothing to save.
+[[gnu::noinline]] void EnterLate(CRITICAL_SECTION & section) {
     // Who has waited cannot know that nobody else does, and so leaves the section as wanted.
     while (section.state.exchange(WANTED, std::memory_order_acquire) != FREE) {
         section.state.wait(WANTED, std::memory_order_relaxed);
     }
+    Hold(section);
 }
+
+[[gnu::noinline]] void WakeNext(CRITICAL_SECTION & section) { section.state.notify_one(); }
 
 } // namespace
 
@@ -33,19 +39,19 @@ void EnterCriticalSection(CRITICAL_SECTION * section) {
     }
     int found = FREE;
     if (!section->state.compare_exchange_strong(found, HELD, std::memory_order_acquire)) {
-        WaitFor(*section);
+        return EnterLate(*section);
     }
-    section->holder.store(&t_Self, std::memory_order_relaxed);
-    section->depth = 1;
+    Hold(*section);
 }
 
 void LeaveCriticalSection(CRITICAL_SECTION * section) {
-    if (--section->depth != 0) {
+    if (section->depth != 0) {
+        --section->depth;
         return;
     }
     section->holder.store(nullptr, std::memory_order_relaxed);
     if (section->state.exchange(FREE, std::memory_order_release) == WANTED) {
-        section->state.notify_one();
+        WakeNext(*section);
     }
 }
 

@@ -114,7 +114,6 @@ std::optional<GUID> WantedClass(void const * filter, DWORD flags) {
 } // namespace
 
 HDEVNOTIFY RegisterDeviceNotificationA(HANDLE recipient, void * filter, DWORD flags) {
-    auto const before = GetLastError();
     auto const window = LookUpWindow(static_cast<HWND>(recipient));
     if (!window || !IsAcceptable(filter, flags)) {
         return Refuse(ERROR_INVALID_PARAMETER);
@@ -128,7 +127,6 @@ HDEVNOTIFY RegisterDeviceNotificationA(HANDLE recipient, void * filter, DWORD fl
     if (DWORD const error = window->queue->Attach(notification)) {
         return Refuse(error);
     }
-    SetLastError(before);
     return reinterpret_cast<HDEVNOTIFY>(Table().Add(notification));
 }
 

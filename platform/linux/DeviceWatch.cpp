@@ -5,8 +5,6 @@
 #include <string_view>
 #include <utility>
 
-#include <unistd.h>
-
 #include "platform/DeviceServices.h"
 
 namespace {
@@ -14,12 +12,10 @@ namespace {
 // Room for the events that come while the window's thread does not pump.
 constexpr int RECEIVE_BUFFER = 16 << 20;
 
-char const * FindSource(udev * context) {
+// The manager tells of a device when it is ready to be used; the kernel alone does so before.
+bool HasManager(udev * context) {
     UdevQueue const queue(udev_queue_new(context));
-    if (queue && udev_queue_get_udev_is_active(queue.get()) != 0) {
-        return "udev";
-    }
-    return access("/sys/bus/usb", F_OK) == 0 ? "kernel" : nullptr;
+    return queue && udev_queue_get_udev_is_active(queue.get()) != 0;
 }
 
 bool Enable(udev_monitor * monitor) {
@@ -31,13 +27,12 @@ bool Enable(udev_monitor * monitor) {
 }
 
 UdevMonitor Listen(udev * context) {
-    char const * const source = FindSource(context);
-    if (source == nullptr) {
+    if (!HasManager(context)) {
         SetLastError(ERROR_SERVICE_NOT_ACTIVE);
         return nullptr;
     }
     errno = 0;
-    UdevMonitor monitor(udev_monitor_new_from_netlink(context, source));
+    UdevMonitor monitor(udev_monitor_new_from_netlink(context, "udev"));
     if (!monitor || !Enable(monitor.get())) {
         SetLastError(
             errno == EMFILE || errno == ENFILE ? ERROR_NOT_ENOUGH_MEMORY

@@ -21,9 +21,8 @@ struct DeviceEvent {
 // Belongs to one thread at a time.
 class DeviceWatch {
 public:
-    // Listens to the machine's device manager or, where none runs, to the kernel itself. Null with
-    // ERROR_SERVICE_NOT_ACTIVE when there is neither the one nor a USB in the other, with
-    // ERROR_NOT_ENOUGH_MEMORY when no descriptor could be had.
+    // Listens to the machine's device manager. Null with ERROR_SERVICE_NOT_ACTIVE where none runs,
+    // with ERROR_NOT_ENOUGH_MEMORY when no descriptor could be had.
     static std::unique_ptr<DeviceWatch> Open();
 
     // Readable while there may be news.

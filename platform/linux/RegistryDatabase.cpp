@@ -16,7 +16,9 @@ namespace {
 constexpr std::int64_t ApplicationId = 0x4D525658;
 constexpr std::int64_t LayoutVersion = 1;
 
+// For others who hold the file, for as long as nothing in it changes and in all.
 constexpr std::chrono::seconds Patience{5};
+constexpr std::chrono::seconds LastPatience{60};
 
 constexpr char Layout[] =
     "CREATE TABLE key(id INTEGER PRIMARY KEY AUTOINCREMENT, parent INTEGER NOT NULL,"
@@ -174,24 +176,38 @@ bool RegistryDatabase::HasMoved() const {
 }
 
 // The header's change counter and the three numbers behind it, by which SQLite itself knows
-// whether its pages are still good.
-RegistryDatabase::Stamp RegistryDatabase::ReadStamp() const {
+// whether its pages are still good. The file is asked directly: the connection knows nothing of a
+// failure here, only of an earlier one.
+bool RegistryDatabase::TryReadStamp(Stamp & stamp) const {
     constexpr sqlite3_int64 changeCounter = 24;
+    int const size = static_cast<int>(stamp.size());
+    return m_File->pMethods->xRead(m_File, stamp.data(), size, changeCounter) == SQLITE_OK;
+}
+
+RegistryDatabase::Stamp RegistryDatabase::ReadStamp() const {
     Stamp stamp = {};
-    Check(m_File->pMethods->xRead(
-        m_File, stamp.data(), static_cast<int>(stamp.size()), changeCounter));
+    if (!TryReadStamp(stamp)) throw RegistryError{ERROR_REGISTRY_IO_FAILED};
     return stamp;
 }
 
 // The system's own busy handler sleeps longer the longer it waits, so that it loses against those
 // who come later.
 int RegistryDatabase::Wait(void * database, int attempts) {
-    auto const now = std::chrono::steady_clock::now();
-    auto & giveUp = static_cast<RegistryDatabase *>(database)->m_GiveUp;
-    if (attempts == 0) giveUp = now + Patience;
-    if (now > giveUp) return 0;
+    if (!static_cast<RegistryDatabase *>(database)->IsWorthWaiting(attempts == 0)) return 0;
     std::this_thread::sleep_for(std::chrono::microseconds(100 * (1 + attempts % 8)));
     return 1;
+}
+
+// Between the writes of a busy process there is little time to get in, least of all on a busy
+// machine: whoever sees that others get on waits for longer.
+bool RegistryDatabase::IsWorthWaiting(bool isFirst) {
+    auto const now = std::chrono::steady_clock::now();
+    if (isFirst) m_LastGiveUp = now + LastPatience;
+    Stamp stamp = {};
+    bool const changed = TryReadStamp(stamp) && stamp != m_SeenWaiting;
+    if (isFirst || changed) m_GiveUp = now + Patience;
+    m_SeenWaiting = stamp;
+    return now <= m_GiveUp && now <= m_LastGiveUp;
 }
 
 bool RegistryDatabase::HoldsRegistry() {

@@ -35,7 +35,7 @@ class RegistryDatabase {
 public:
     // Null: there is no file, or none with a registry in it yet.
     static std::unique_ptr<RegistryDatabase> Open(RegistryPlace const & place);
-    // Creates the file, and the folder below an existing one, if they are missing.
+    // Creates the file, its folder and what is missing above that.
     static std::unique_ptr<RegistryDatabase> OpenOrCreate(RegistryPlace const & place);
 
     RegistryDatabase(RegistryDatabase const &) = delete;
@@ -119,6 +119,8 @@ private:
     RegistryDatabase() = default;
 
     static int Wait(void * database, int attempts);
+    bool IsWorthWaiting(bool isFirst);
+    bool TryReadStamp(Stamp & stamp) const;
 
     static std::unique_ptr<RegistryDatabase> Connect(RegistryPlace const & place);
 
@@ -136,5 +138,8 @@ private:
     sqlite3 * m_Connection = nullptr;
     sqlite3_file * m_File = nullptr;
     std::array<sqlite3_stmt *, StatementCount> m_Statements = {};
+    // While others hold the file.
     std::chrono::steady_clock::time_point m_GiveUp;
+    std::chrono::steady_clock::time_point m_LastGiveUp;
+    Stamp m_SeenWaiting = {};
 };

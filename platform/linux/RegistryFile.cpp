@@ -4,7 +4,6 @@
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
-#include <system_error>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -41,10 +40,20 @@ RegistryPlace OwnPlace(std::string const & folder, char const * file) {
     throw RegistryError{RegistryCodeOf(systemError, ERROR_CANTOPEN)};
 }
 
+// What cannot be made shows when the folder is made.
+void CreateParents(RegistryPlace const & place) {
+    constexpr mode_t passable = 0755;
+    mode_t const mode = place.folderMode == OwnFolder ? OwnFolder : passable;
+    std::filesystem::path parent;
+    for (auto const & name : std::filesystem::path(place.folder).parent_path()) {
+        parent /= name;
+        mkdir(parent.c_str(), mode);
+    }
+}
+
 // The mode goes around the process's mask.
 void CreateFolder(RegistryPlace const & place) {
-    std::error_code ignored;
-    std::filesystem::create_directories(std::filesystem::path(place.folder).parent_path(), ignored);
+    CreateParents(place);
     if (mkdir(place.folder.c_str(), OwnFolder) == 0) {
         if (chmod(place.folder.c_str(), place.folderMode) != 0) Fail(errno);
     } else if (errno != EEXIST) {

@@ -178,6 +178,15 @@ DWORD RegistryStore::ValueAt(KeyId key, std::size_t index, Value & value) {
     });
 }
 
+// The value is on disk already: a failure from here on is none of its writer's.
+void RegistryStore::TurnCacheAfterWriting(KeyId key, std::string const & name) {
+    try {
+        m_Cache.TurnAfterWriting(key, name, m_Database->ReadStamp());
+    } catch (RegistryError const &) {
+        m_Cache.Clear();
+    }
+}
+
 // A replaced value leaves keys and other values as they were read.
 DWORD RegistryStore::WriteValue(KeyId key, RegistryValue const & value) {
     return Guarded([&]() -> DWORD {
@@ -186,7 +195,7 @@ DWORD RegistryStore::WriteValue(KeyId key, RegistryValue const & value) {
         Fresh();
         database.WriteValue(key, value);
         scope.Commit();
-        m_Cache.TurnAfterWriting(key, value.name, database.ReadStamp());
+        TurnCacheAfterWriting(key, value.name);
         return ERROR_SUCCESS;
     });
 }

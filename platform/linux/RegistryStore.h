@@ -60,6 +60,7 @@ private:
     DWORD LoadKey(KeyId base, std::string const & path, KeyId & key);
     DWORD LoadValue(KeyId key, std::string const & name, Value & value);
     RegistryCache::Numbers LoadNumbers(KeyId key);
+    void TurnCacheAfterWriting(KeyId key, std::string const & name);
 
     RegistryPlace const m_Place;
     pid_t const m_Process = getpid();

@@ -58,7 +58,8 @@ XmlFile::~XmlFile() {
     if (m_Descriptor != -1) close(m_Descriptor);
 }
 
-XmlFailure XmlFile::Open(std::string const & path) {
+XmlFailure XmlFile::Open(std::string const & path, std::int64_t limit) {
+    m_Left = limit;
     // A pipe that nobody writes to would block here for ever.
     m_Descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (m_Descriptor == -1) return RefuseByError(path, errno);
@@ -66,7 +67,7 @@ XmlFailure XmlFile::Open(std::string const & path) {
     if (fstat(m_Descriptor, &status) != 0) return RefuseByError(path, errno);
     if (!S_ISREG(status.st_mode)) return Refuse(path, E_ACCESSDENIED, "It is not a file.");
     m_State = StateFrom(status);
-    if (m_State.size > MaximumXmlFileSize)
+    if (m_State.size > limit)
         return Refuse(path, xml_error::FileTooLarge, "The file is too large.");
     return {};
 }
@@ -77,8 +78,8 @@ int XmlFile::Read(char * buffer, int size) {
         count = read(m_Descriptor, buffer, static_cast<std::size_t>(size));
     } while (count == -1 && errno == EINTR);
     if (count == -1) m_Failure = xml_error::ReadFault;
-    m_Read += std::max<ssize_t>(count, 0);
+    m_Left -= std::max<ssize_t>(count, 0);
     // It may have grown since it was opened.
-    if (m_Read > MaximumXmlFileSize) m_Failure = xml_error::FileTooLarge;
+    if (m_Left < 0) m_Failure = xml_error::FileTooLarge;
     return m_Failure == S_OK ? static_cast<int>(count) : -1;
 }

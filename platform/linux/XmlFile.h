@@ -10,6 +10,10 @@
 // The largest document, in bytes.
 inline constexpr std::int64_t MaximumXmlFileSize = std::int64_t{256} << 20;
 
+// The largest schema, in bytes, with all that it includes and imports: it takes many times as much
+// memory while it is compiled.
+inline constexpr std::int64_t MaximumXmlSchemaSize = std::int64_t{16} << 20;
+
 // What tells that a file has changed.
 struct XmlFileState {
     bool exists = false;
@@ -35,13 +39,14 @@ public:
     XmlFile & operator=(XmlFile const &) = delete;
     ~XmlFile();
 
-    // Code, reason and file of a failure; S_OK when the file is open.
-    XmlFailure Open(std::string const & path);
+    // Code, reason and file of a failure; S_OK when the file is open. No more than `limit` bytes of
+    // it are read.
+    XmlFailure Open(std::string const & path, std::int64_t limit);
 
     // The state that it had when it was opened.
     XmlFileState const & State() const { return m_State; }
 
-    // As read(2), and -1 beyond the largest size.
+    // As read(2), and -1 beyond the limit.
     int Read(char * buffer, int size);
 
     // S_OK, or why Read has answered -1.
@@ -49,7 +54,7 @@ public:
 
 private:
     int m_Descriptor = -1;
-    std::int64_t m_Read = 0;
+    std::int64_t m_Left = 0;
     HRESULT m_Failure = S_OK;
     XmlFileState m_State;
 };

@@ -43,10 +43,11 @@ private:
     }
 
     static void OnStart(
-        void * self, xmlChar const * name, xmlChar const * prefix, xmlChar const *,
+        void * self, xmlChar const * name, xmlChar const * prefix, xmlChar const * uri,
         int namespaceCount, xmlChar const ** namespaces, int attributeCount, int,
         xmlChar const ** attributes);
-    static void OnEnd(void * self, xmlChar const *, xmlChar const *, xmlChar const *);
+    static void
+    OnEnd(void * self, xmlChar const * name, xmlChar const * prefix, xmlChar const * uri);
     static void OnText(void * self, xmlChar const * text, int length);
     static void OnCData(void * self, xmlChar const * text, int length);
     static void OnComment(void * self, xmlChar const * text);
@@ -64,6 +65,8 @@ private:
     void Refuse(HRESULT code, char const * reason);
     void RefuseBecauseOfSize() { Refuse(xml_error::FileTooLarge, "The document is too large."); }
     void TakePlace();
+    // False: the text has grown too long.
+    bool Validate(std::string_view text);
 
     // Runs what an event does. The engine is not made for exceptions that pass through it.
     template <typename Body>
@@ -82,6 +85,7 @@ private:
     XmlFailure m_Failure;
     std::unique_ptr<xmlParserCtxt, ParserDeleter> m_Parser;
     std::optional<XmlTreeBuilder> m_Builder;
+    std::optional<XmlValidation> m_Validation;
 };
 
 void Loading::TakePlace() {
@@ -112,34 +116,48 @@ std::string_view Loading::Tag() const {
 }
 
 void Loading::OnStart(
-    void * self, xmlChar const * name, xmlChar const * prefix, xmlChar const *, int namespaceCount,
-    xmlChar const ** namespaces, int attributeCount, int, xmlChar const ** attributes) {
+    void * self, xmlChar const * name, xmlChar const * prefix, xmlChar const * uri,
+    int namespaceCount, xmlChar const ** namespaces, int attributeCount, int,
+    xmlChar const ** attributes) {
     Event(self, [&](Loading & loading) {
         if (loading.m_Builder->Depth() == MaximumXmlDepth) {
             loading.Refuse(xml_error::MaxElementDepth, "The elements are nested too deep.");
             return true;
         }
         bool const isMixed = namespaceCount != 0 && attributeCount != 0;
-        return loading.m_Builder->StartElement(
-            loading.m_Parser->dict, {name, prefix, namespaceCount, namespaces, attributeCount,
-                                     attributes, isMixed ? loading.Tag() : std::string_view()});
+        if (!loading.m_Builder->StartElement(
+                loading.m_Parser->dict, {name, prefix, namespaceCount, namespaces, attributeCount,
+                                         attributes, isMixed ? loading.Tag() : std::string_view()}))
+            return false;
+        if (loading.m_Validation)
+            loading.m_Validation->StartElement(
+                name, prefix, uri, namespaceCount, namespaces, attributeCount, attributes);
+        return true;
     });
 }
 
-void Loading::OnEnd(void * self, xmlChar const *, xmlChar const *, xmlChar const *) {
-    Event(self, [](Loading & loading) { return loading.m_Builder->EndElement(); });
+void Loading::OnEnd(
+    void * self, xmlChar const * name, xmlChar const * prefix, xmlChar const * uri) {
+    Event(self, [&](Loading & loading) {
+        if (!loading.m_Builder->EndElement()) return false;
+        if (loading.m_Validation) loading.m_Validation->EndElement(name, prefix, uri);
+        return true;
+    });
 }
+
+bool Loading::Validate(std::string_view text) { return !m_Validation || m_Validation->Text(text); }
 
 void Loading::OnText(void * self, xmlChar const * text, int length) {
     Event(self, [&](Loading & loading) {
-        return loading.m_Builder->Text({AsChars(text), static_cast<std::size_t>(length)});
+        std::string_view const piece(AsChars(text), static_cast<std::size_t>(length));
+        return loading.m_Builder->Text(piece) && loading.Validate(piece);
     });
 }
 
 void Loading::OnCData(void * self, xmlChar const * text, int length) {
     Event(self, [&](Loading & loading) {
-        return loading.m_Builder->Leaf(
-            NODE_CDATA_SECTION, "", {AsChars(text), static_cast<std::size_t>(length)});
+        std::string_view const data(AsChars(text), static_cast<std::size_t>(length));
+        return loading.m_Builder->Leaf(NODE_CDATA_SECTION, "", data) && loading.Validate(data);
     });
 }
 
@@ -208,23 +226,19 @@ void Loading::MakeParser() {
 }
 
 XmlLoad Loading::Run(std::shared_ptr<XmlSchema const> const & schema) {
-    XmlFailure const unopened = m_File.Open(m_Failure.file);
+    XmlFailure const unopened = m_File.Open(m_Failure.file, MaximumXmlFileSize);
     if (unopened) return {nullptr, unopened};
     MakeParser();
     XmlErrorChannel const channel(this, OnStrayError);
     m_Builder.emplace(m_Parser->dict);
-    {
-        std::optional<XmlValidation> validation;
-        if (schema) {
-            validation.emplace(
-                schema, [this](char const * message) { Refuse(E_XML_INVALID, message); });
-            validation->Attach(m_Parser.get());
-        }
-        m_Parser->sax->serror = OnError;
-        xmlParseDocument(m_Parser.get());
-        if (m_Parser->wellFormed == 0) Refuse(E_XML_NOTWF, "It is not well formed.");
-        if (validation && !validation->IsValid()) Refuse(E_XML_INVALID, "It is not valid.");
-    }
+    if (schema)
+        m_Validation.emplace(
+            schema, [this](char const * message) { Refuse(E_XML_INVALID, message); });
+    m_Parser->sax->serror = OnError;
+    xmlParseDocument(m_Parser.get());
+    if (m_Parser->wellFormed == 0) Refuse(E_XML_NOTWF, "It is not well formed.");
+    if (m_Validation && !m_Validation->IsValid()) Refuse(E_XML_INVALID, "It is not valid.");
+    m_Validation.reset();
     if (m_Failure) return {nullptr, m_Failure};
     return {m_Builder->Tree(), {}};
 }

@@ -35,8 +35,8 @@ protected:
 
 private:
     HRESULT Add(std::string const & space, std::string const & path) {
-        if (m_Schema && space != m_Schema->TargetNamespace())
-            return FailWith(E_NOTIMPL, "There is one schema to a collection.");
+        if (m_Schema && path != m_Path)
+            return FailWith(E_NOTIMPL, path + ": There is one schema to a collection.");
         XmlFailure failure;
         auto schema = SchemaIn(path, failure);
         if (!schema) return Refuse(failure);
@@ -46,6 +46,7 @@ private:
                 E_FAIL, path + ": The schema's target namespace is \"" + target + "\", not \""
                             + space + "\".");
         m_Schema = std::move(schema);
+        m_Path = path;
         return S_OK;
     }
 
@@ -54,6 +55,7 @@ private:
     }
 
     std::shared_ptr<XmlSchema const> m_Schema;
+    std::string m_Path;
     ErrorSource m_Source{*this};
 };
 

@@ -20,7 +20,10 @@ XmlTree::~XmlTree() {
 }
 
 bool XmlTree::AddBlock(std::size_t needed) {
-    std::size_t const size = std::max(needed, std::clamp(m_Size, FirstBlock, LargestBlock));
+    // The end of a block is aligned: places are reckoned from there.
+    constexpr std::size_t alignment = alignof(std::max_align_t);
+    std::size_t const whole = (needed + alignment - 1) / alignment * alignment;
+    std::size_t const size = std::max(whole, std::clamp(m_Size, FirstBlock, LargestBlock));
     if (size > MaximumSize - m_Size) return false;
     m_Blocks.push_back(std::make_unique_for_overwrite<std::byte[]>(size));
     m_Free = m_Blocks.back().get();

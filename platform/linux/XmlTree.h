@@ -17,6 +17,9 @@
 
 #include "platform/Xml.h"
 
+// The longest text of one element or node, in bytes.
+inline constexpr std::size_t MaximumXmlText = std::size_t{64} << 20;
+
 // Name and value, UTF-8. A namespace declaration is one too.
 struct XmlAttribute {
     std::string_view name;

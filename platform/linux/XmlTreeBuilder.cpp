@@ -111,7 +111,7 @@ bool XmlTreeBuilder::EndElement() {
 
 bool XmlTreeBuilder::Text(std::string_view text) {
     m_Text.append(text);
-    return m_Text.size() <= XmlTree::MaximumSize;
+    return m_Text.size() <= MaximumXmlText;
 }
 
 bool XmlTreeBuilder::FlushText() {

@@ -15,7 +15,7 @@ namespace {
 // The events of a parser, made of a tree.
 class Replayer {
 public:
-    Replayer(xmlSAXHandler const & handler, void * data) : m_Handler(handler), m_Data(data) {}
+    explicit Replayer(XmlValidation & validation) : m_Validation(validation) {}
 
     // A node and what it contains.
     void Tell(XmlNode const & node) {
@@ -24,8 +24,8 @@ public:
             return TellElement(node);
         case NODE_TEXT:
         case NODE_CDATA_SECTION:
-            return m_Handler.characters(
-                m_Data, AsXml(node.value.data()), static_cast<int>(node.value.size()));
+            m_Validation.Text(node.value);
+            return;
         default:
             return;
         }
@@ -76,7 +76,7 @@ private:
         TellStart(element, prefix, name, outer);
         for (auto const * child = element.firstChild; child != nullptr; child = child->next)
             Tell(*child);
-        m_Handler.endElementNs(m_Data, name, OrNull(prefix), UriOf(prefix));
+        m_Validation.EndElement(name, OrNull(prefix), UriOf(prefix));
         m_Bindings.resize(outer);
     }
 
@@ -103,13 +103,12 @@ private:
                 fields.end(), {local, OrNull(its), its.empty() ? nullptr : UriOf(its), value,
                                value + values[i].size()});
         }
-        m_Handler.startElementNs(
-            m_Data, name, OrNull(prefix), UriOf(prefix), static_cast<int>(namespaces.size() / 2),
-            namespaces.data(), static_cast<int>(names.size()), 0, fields.data());
+        m_Validation.StartElement(
+            name, OrNull(prefix), UriOf(prefix), static_cast<int>(namespaces.size() / 2),
+            namespaces.data(), static_cast<int>(names.size()), fields.data());
     }
 
-    xmlSAXHandler const & m_Handler;
-    void * const m_Data;
+    XmlValidation & m_Validation;
     // The validator keeps the addresses of what is bound: a deque does not move it.
     std::deque<Binding> m_Bindings;
 };
@@ -122,16 +121,21 @@ XmlValidation::XmlValidation(std::shared_ptr<XmlSchema const> schema, Listener l
       m_Validator(xmlSchemaNewValidCtxt(m_Schema->Compiled()), xmlSchemaFreeValidCtxt) {
     if (!m_Validator) throw std::bad_alloc();
     xmlSchemaSetValidStructuredErrors(m_Validator.get(), OnError, this);
+    Plug();
 }
 
 // When a document ends too early, the engine (2.9.14) clears its open elements only behind the
 // cache that it puts their keys into, and forgets the cache. A second, empty run clears that too.
 XmlValidation::~XmlValidation() {
-    if (m_Plug == nullptr) return;
     xmlSchemaSAXUnplug(m_Plug);
     m_Handler = nullptr;
     m_Plug = xmlSchemaSAXPlug(m_Validator.get(), &m_Handler, &m_Data);
     if (m_Plug != nullptr) xmlSchemaSAXUnplug(m_Plug);
+}
+
+void XmlValidation::Plug() {
+    m_Plug = xmlSchemaSAXPlug(m_Validator.get(), &m_Handler, &m_Data);
+    if (m_Plug == nullptr) throw std::bad_alloc();
 }
 
 void XmlValidation::OnError(void * self, xmlErrorPtr error) {
@@ -139,13 +143,28 @@ void XmlValidation::OnError(void * self, xmlErrorPtr error) {
         static_cast<XmlValidation *>(self)->m_Listener(error->message);
 }
 
-void XmlValidation::Attach(xmlParserCtxtPtr parser) {
-    m_Plug = xmlSchemaSAXPlug(m_Validator.get(), &parser->sax, &parser->userData);
-    if (m_Plug == nullptr) throw std::bad_alloc();
+void XmlValidation::FlushText() {
+    if (m_Text.empty()) return;
+    m_Handler->characters(m_Data, AsXml(m_Text.data()), static_cast<int>(m_Text.size()));
+    m_Text.clear();
 }
 
-void XmlValidation::Replay(XmlTree const & tree) {
-    m_Plug = xmlSchemaSAXPlug(m_Validator.get(), &m_Handler, &m_Data);
-    if (m_Plug == nullptr) throw std::bad_alloc();
-    Replayer(*m_Handler, m_Data).Tell(*tree.Root());
+void XmlValidation::StartElement(
+    xmlChar const * name, xmlChar const * prefix, xmlChar const * uri, int namespaceCount,
+    xmlChar const ** namespaces, int attributeCount, xmlChar const ** attributes) {
+    FlushText();
+    m_Handler->startElementNs(
+        m_Data, name, prefix, uri, namespaceCount, namespaces, attributeCount, 0, attributes);
 }
+
+void XmlValidation::EndElement(xmlChar const * name, xmlChar const * prefix, xmlChar const * uri) {
+    FlushText();
+    m_Handler->endElementNs(m_Data, name, prefix, uri);
+}
+
+bool XmlValidation::Text(std::string_view text) {
+    m_Text.append(text);
+    return m_Text.size() <= MaximumXmlText;
+}
+
+void XmlValidation::Replay(XmlTree const & tree) { Replayer(*this).Tell(*tree.Root()); }

@@ -39,7 +39,10 @@ std::filesystem::path PathOf(std::string const & file) {
 
 Json ReadJson(std::string const & file) {
     std::ifstream stream(PathOf(file), std::ios::binary);
-    if (!stream) Fail(file, "it cannot be opened");
+    // A folder opens like a file, but has nothing to read.
+    stream.peek();
+    if (stream.bad() || !stream.is_open()) Fail(file, "it cannot be opened");
+    stream.clear();
     try {
         return Json::parse(stream);
     } catch (Json::exception const & error) {

@@ -21,10 +21,10 @@ public:
     // Whether time is told at all.
     void Ticking(bool on);
 
-    // Whether a terminal's input is watched.
-    void WatchInput(bool on);
+    // Whether `input`, which tells of a terminal, is watched; off also for one that is not.
+    void WatchInput(int input, bool on);
 
-    // Readable when one of both has happened; -1 where messages tell it.
+    // Readable when either has happened; -1 where messages tell it.
     int Descriptor() const;
 
     // Takes what has happened.

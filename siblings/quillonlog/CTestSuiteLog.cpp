@@ -59,6 +59,8 @@ CTestSuiteLog::CTestSuiteLog() : m_Data(std::make_unique<Data>()) { OpenTest(fal
 
 CTestSuiteLog::~CTestSuiteLog() = default;
 
+CTestLog & CTestSuiteLog::OpenTest(bool actualTest) { return OpenTest(actualTest, {}); }
+
 CTestLog & CTestSuiteLog::OpenTest(bool actualTest, std::string const & name) {
     m_Data->tests.push_back(std::make_unique<CTestLog>(actualTest, this));
     {

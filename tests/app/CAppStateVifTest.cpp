@@ -172,6 +172,16 @@ TEST_F(CAppStateVifTest, AnEmptyListRemovesTheKeyAndMakesNone) {
     EXPECT_EQ(GetLastRegErrCode(), 2);
 }
 
+TEST_F(CAppStateVifTest, AnEarlierFailureIsForgottenWhenTheListIsRemoved) {
+    Choose({"a.xml"});
+    CAppState::WriteDFPVifsToRegistry();
+    Choose({});
+    SetRegistryErrMsgString(5);
+    CAppState::WriteDFPVifsToRegistry();
+    EXPECT_EQ(GetLastRegErrCode(), 0);
+    EXPECT_EQ(GetLastRegErrMsg(), "");
+}
+
 TEST_F(CAppStateVifTest, NoListRemovesTheKeyToo) {
     TS_SetRegistryString(HKEY_LOCAL_MACHINE, ListPath, "Vif_1", "old");
     EXPECT_FALSE(CAppState::WriteDFPVifsToRegistry());

@@ -1,4 +1,5 @@
 // The stopwatch, on a counter that the test sets: 10,000 counts are a millisecond.
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <type_traits>
@@ -8,6 +9,7 @@
 
 #include "app/CPrecisionTimer.h"
 #include "app/GuardWrapped.h"
+#include "support/Allocations.h"
 
 namespace {
 
@@ -190,6 +192,23 @@ TEST(CPrecisionTimerClockTest, TheTimeOfTheRealCounterStartsNearZeroAndNeverGoes
         last = now;
     }
     EXPECT_GE(timer.GetTime(), 1u);
+}
+
+TEST(CPrecisionTimerClockTest, ReadingAllocatesNothing) {
+    CPrecisionTimer timer(1);
+    timer.Start();
+    AllocationWatch heap;
+    bool expired = timer.Expired();
+    for (int i = 0; i < 1000; ++i) {
+        expired |= timer.Expired();
+        expired |= timer.GetTime() > 60'000;
+    }
+    std::size_t const allocations = heap.Allocations();
+    ::operator delete(::operator new(1));
+    std::size_t const withOne = heap.Allocations();
+    heap.End();
+    EXPECT_EQ(allocations, 0u) << expired;
+    EXPECT_EQ(withOne, 1u);
 }
 
 } // namespace

@@ -192,6 +192,9 @@ TEST_F(CommonFileVersionTest, AnArmedAbortLeavesAfterALineAndAfterAFailure) {
         Abort();
         EXPECT_THROW(Common_DisplayFileVersion("F", &log), CQNRunTimeException);
         EXPECT_EQ(log.Take().size(), 1u);
+        // What the line tells is filed before it is shown.
+        EXPECT_EQ(m_Bench.m_Suite.Meta().size(), 1u);
+        EXPECT_EQ(m_Bench.m_Suite.Summary().size(), 1u);
     }
 }
 

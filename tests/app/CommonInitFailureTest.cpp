@@ -196,6 +196,13 @@ TEST_F(CommonInitFailureTest, AReportIsDroppedByAQuietRunAsOneOfLevel1) {
     EXPECT_EQ(Entries(), (Lines{OpeningLines[0], "INFO Log Level: Quiet"}));
 }
 
+TEST_F(CommonInitFailureTest, AReportIsShownByARunOfLevel1) {
+    CAppState::QNLogVerbosityLevel(Minimal);
+    Abort();
+    EXPECT_EQ(Init(), TS_ABORTED);
+    EXPECT_EQ(Entries(), (Lines{OpeningLines[0], "INFO Log Level: Minimal", AbortLine, NoInput}));
+}
+
 TEST_F(CommonInitFailureTest, ALackOfMemoryLeavesAtEachUpdate) {
     std::string const objects[] = {
         "no log no input no global none held", "log no input global none held",

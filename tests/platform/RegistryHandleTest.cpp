@@ -29,6 +29,15 @@ TEST_F(RegistryHandleTest, AWalkGoesInTheOrderOfFirstWriting) {
     EXPECT_EQ(Names(m_Key), (std::vector<std::string>{"a", "B", "c"}));
 }
 
+TEST_F(RegistryHandleTest, ALaterWalkMeetsWhatWasAddedAndNotWhatWasReplaced) {
+    EXPECT_EQ(Set("A", "1"), Ok);
+    EXPECT_EQ(SortedNames(m_Key), std::vector<std::string>{"A"});
+    EXPECT_EQ(Set("B", "1"), Ok);
+    EXPECT_EQ(SortedNames(m_Key), (std::vector<std::string>{"A", "B"}));
+    EXPECT_EQ(Set("a", "2"), Ok);
+    EXPECT_EQ(SortedNames(m_Key), (std::vector<std::string>{"A", "B"}));
+}
+
 TEST_F(RegistryHandleTest, AStepOfAWalkGivesNameTypeAndData) {
     EXPECT_EQ(Set("Name", "data"), Ok);
     Step const step(m_Key, 0, 5, 4);

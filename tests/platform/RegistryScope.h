@@ -1,7 +1,7 @@
 // A machine's registry of the test's own, empty at first and gone with the scope.
 //
 // On Windows HKEY_LOCAL_MACHINE stands meanwhile for a key of the user's, elsewhere the registry
-// lies in a folder of its own.
+// lies in a folder of its own. Break makes every later operation fail, by codes of the platform.
 #pragma once
 
 #include <stdexcept>
@@ -31,6 +31,12 @@ public:
         RegDeleteKeyA(HKEY_CURRENT_USER, m_Path.c_str());
     }
 
+    // The key is gone.
+    void Break() {
+        RegDeleteTreeA(HKEY_CURRENT_USER, m_Path.c_str());
+        RegDeleteKeyA(HKEY_CURRENT_USER, m_Path.c_str());
+    }
+
 private:
     std::string const m_Path;
 };
@@ -39,6 +45,7 @@ private:
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 
 class RegistryScope {
 public:
@@ -55,6 +62,9 @@ public:
         std::error_code ignored;
         std::filesystem::remove_all(m_Folder, ignored);
     }
+
+    // The file is another program's.
+    void Break() { std::ofstream(File()) << "no registry"; }
 
     std::filesystem::path const & Folder() const { return m_Folder; }
     std::filesystem::path File() const { return m_Folder / "registry.db"; }

@@ -261,9 +261,37 @@ TEST(ErrorTextTest, TheTextsAreThoseOfWindows) {
     EXPECT_EQ(TextOf(5).first, "Access is denied.\r\n");
     EXPECT_EQ(TextOf(6).first, "The handle is invalid.\r\n");
     EXPECT_EQ(TextOf(18).first, "There are no more files.\r\n");
+    EXPECT_EQ(
+        TextOf(8).first, "Not enough memory resources are available to process this command.\r\n");
     EXPECT_EQ(TextOf(87).first, "The parameter is incorrect.\r\n");
+    EXPECT_EQ(TextOf(112).first, "There is not enough space on the disk.\r\n");
+    EXPECT_EQ(TextOf(161).first, "The specified path is invalid.\r\n");
+    EXPECT_EQ(TextOf(170).first, "The requested resource is in use.\r\n");
     EXPECT_EQ(TextOf(234).first, "More data is available.\r\n");
     EXPECT_EQ(TextOf(259).first, "No more data is available.\r\n");
+    EXPECT_EQ(TextOf(998).first, "Invalid access to memory location.\r\n");
+    EXPECT_EQ(TextOf(1011).first, "The configuration registry key could not be opened.\r\n");
+}
+
+TEST(ErrorTextTest, TheLongTextsAreThoseOfWindows) {
+    if (UnderWine()) GTEST_SKIP() << "Wine words them in its own way";
+    EXPECT_EQ(
+        TextOf(1015).first,
+        "The registry is corrupted. The structure of one of the files containing registry data is "
+        "corrupted, or the system's memory image of the file is corrupted, or the file could not "
+        "be recovered because the alternate copy or log was absent or corrupted.\r\n");
+    EXPECT_EQ(
+        TextOf(1016).first,
+        "An I/O operation initiated by the registry failed unrecoverably. The registry could not "
+        "read in, or write out, or flush, one of the files that contain the system's image of the "
+        "registry.\r\n");
+    EXPECT_EQ(
+        TextOf(1017).first,
+        "The system has attempted to load or restore a file into the registry, but the specified "
+        "file is not in a registry file format.\r\n");
+    EXPECT_EQ(
+        TextOf(1018).first,
+        "Illegal operation attempted on a registry key that has been marked for deletion.\r\n");
 }
 
 } // namespace

@@ -92,11 +92,13 @@ TEST_F(CriticalSectionTest, OtherThreadEntersWhenTheHolderHasLeftAsOftenAsItEnte
     std::atomic<bool> hasEntered = false;
     Enter();
     Enter();
+    Enter();
     std::thread other([&] {
         Enter();
         hasEntered = true;
         Leave();
     });
+    Leave();
     Leave();
     Sleep(A_MOMENT);
     EXPECT_FALSE(hasEntered);

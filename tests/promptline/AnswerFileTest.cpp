@@ -205,4 +205,16 @@ TEST_F(AnswerFileTest, AMissingFileIsRefused) {
     EXPECT_THROW(AnswerFile("no/such/file.json"), std::runtime_error);
 }
 
+TEST_F(AnswerFileTest, AFolderIsRefusedLikeAMissingFile) {
+    std::string const folder = std::filesystem::temp_directory_path().string();
+    try {
+        AnswerFile const answers(folder);
+        FAIL() << "it was accepted";
+    } catch (std::runtime_error const & error) {
+        EXPECT_EQ(
+            std::string(error.what()), "the file of answers \"" + folder
+                                           + "\" (QN_PROMPTS) cannot be used: it cannot be opened");
+    }
+}
+
 } // namespace

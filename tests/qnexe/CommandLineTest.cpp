@@ -1,6 +1,7 @@
 // The program's arguments: what they set, and what the caller is told otherwise.
 #include "examples/QNExe/CommandLine.h"
 
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -193,8 +194,15 @@ TEST(CommandLineTest, HelpNamesEveryOptionAndExitCode) {
          {"QNExe", "--suite FILE", "--recordings DIR", "--log FILE", "--verbosity LEVEL",
           "--only-failures", "--help", "--version", "--settings FILE", "--set SETTING",
           "--dut DEVICE", "--ufp-vif FILE", "--dfp-vif FILE", "--show-settings",
-          "0 passed, 1 failed, 2 no test ran, 3 aborted by the operator, 4 could not run"})
+          "Quiet, Minimal, Low, Normal (the\n", "Verbose, Diagnostic, Internal,\n",
+          "0 passed, 1 failed, 2 no test ran, 3 aborted by the operator,\n4 could not run"})
         EXPECT_THAT(text, HasSubstr(part));
+}
+
+TEST(CommandLineTest, HelpFitsATerminalOf80Columns) {
+    std::istringstream lines(Reply({"-h"}).text);
+    for (std::string line; std::getline(lines, line);)
+        EXPECT_LE(line.size(), 80u) << line;
 }
 
 TEST(CommandLineTest, ViewIsANameInAnyCase) {

@@ -89,6 +89,22 @@ TEST_F(RunSettingsTest, AFileThatIsMissingOrHasNoSectionIsRefused) {
     EXPECT_THROW(SettingsText(options), std::runtime_error);
 }
 
+TEST_F(RunSettingsTest, AFolderIsNoFile) {
+    HostOptions options;
+    options.settings = m_File.parent_path().string();
+    try {
+        SettingsText(options);
+        FAIL() << "accepted";
+    } catch (std::runtime_error const & refusal) {
+        EXPECT_EQ(
+            std::string(refusal.what()),
+            "the settings file \"" + *options.settings
+                + "\" cannot be opened. Give --settings a file that may be read.");
+    }
+}
+
+TEST_F(RunSettingsTest, AnEmptyFileSetsNothing) { EXPECT_EQ(SettingsText(With("")), BuiltIn); }
+
 TEST_F(RunSettingsTest, ASettingStandsAboveTheFileAndTheFileAboveTheRest) {
     TS_SetRegistryDword(HKEY_LOCAL_MACHINE, "Software\\Velmora\\Quillon", "CertificationMode", 7);
     EXPECT_EQ(SettingsText({}), "quillon.certificationmode=1  # registry\n" + std::string(BuiltIn));
@@ -157,6 +173,48 @@ TEST_F(RunSettingsTest, TheVifFilesAreKeptForLaterRuns) {
     options.dfpVifs = {""};
     EXPECT_EQ(SettingsText(options), BuiltIn);
     EXPECT_EQ(SettingsText({}), BuiltIn);
+}
+
+// What the system says of the last failure, in one line.
+std::string Reason() {
+    std::string reason = GetLastRegErrMsg();
+    return reason.substr(0, reason.find_last_not_of("\r\n") + 1) + '\n';
+}
+
+TEST_F(RunSettingsTest, WhatCannotBeKeptHoldsForThisRunAndIsSaid) {
+    m_Scope.Break();
+    HostOptions options;
+    options.device = DeviceWords{"1234", std::nullopt, std::nullopt, std::nullopt};
+    options.ufpVif = "u.xml";
+    options.dfpVifs = {"a.xml"};
+    std::string const text = SettingsText(options);
+    EXPECT_NE(GetLastRegErrCode(), 0);
+    EXPECT_EQ(
+        text, "# the device record cannot be kept for later runs: " + Reason()
+                  + "# the UFP VIF file cannot be kept for later runs: " + Reason()
+                  + "# the list of DFP VIF files cannot be kept for later runs: " + Reason()
+                  + BuiltIn + "dut.tid=1234  # --dut\nvif.ufp=u.xml  # --ufp-vif\n"
+                  + "vif.dfp=a.xml  # --dfp-vif\n");
+}
+
+TEST_F(RunSettingsTest, WhatCannotBeForgottenIsSaid) {
+    m_Scope.Break();
+    HostOptions options;
+    options.device = DeviceWords{};
+    options.ufpVif = "";
+    options.dfpVifs = {""};
+    std::string const text = SettingsText(options);
+    EXPECT_EQ(
+        text, "# the device record cannot be forgotten: " + Reason()
+                  + "# the UFP VIF file cannot be forgotten: " + Reason()
+                  + "# the list of DFP VIF files cannot be forgotten: " + Reason() + BuiltIn);
+}
+
+TEST_F(RunSettingsTest, ForgettingWhatWasNeverKeptIsNoFailure) {
+    HostOptions options;
+    options.device = DeviceWords{};
+    options.dfpVifs = {""};
+    EXPECT_EQ(SettingsText(options), BuiltIn);
 }
 
 TEST_F(RunSettingsTest, RunsWithoutAChoiceWriteNothing) {

@@ -1,6 +1,7 @@
 // Tests of the file beside a formatted log: what each entry becomes, and when it is there.
 #include "examples/QNExe/view/LogFile.h"
 
+#include <cstddef>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -9,6 +10,10 @@
 #include <string>
 
 #include <gtest/gtest.h>
+
+#include "platform/Wrap.h"
+
+MORVEX_WRAPPED(fwrite)
 
 namespace {
 
@@ -31,6 +36,22 @@ protected:
 
     static void Enter(LogFile & log, TEST_STATUS status, char const * text) {
         log.EntryWritten(CTestLog(true), {status, text, "color:#FF0000", {}});
+    }
+
+    template <typename Log>
+    static std::string Complaint(Log const & log) {
+        try {
+            log.CheckWhole();
+        } catch (std::runtime_error const & complaint) {
+            return complaint.what();
+        }
+        return "";
+    }
+
+    std::string Gaps() const {
+        return "the log file \"" + m_Name.string()
+               + "\" lacks entries of this run, which could not be written. Make room on its disk, "
+                 "or give --log a file on another one, and run again.";
     }
 
     std::filesystem::path m_Name;
@@ -74,6 +95,62 @@ TEST_F(LogFileTest, AFileThatCannotBeOpenedIsRefused) {
                 + "\" cannot be opened. Give --log a file in a folder that exists and may be "
                   "written to.");
     }
+}
+
+TEST_F(LogFileTest, AFileThatHasAllEntriesIsWhole) {
+    LogFile log(m_Name.string());
+    Enter(log, TEST_STATUS_INFO, "one");
+    EXPECT_EQ(Complaint(log), "");
+}
+
+TEST_F(LogFileTest, AnEntryThatIsLostIsToldOfAtTheEnd) {
+    LogFile log(m_Name.string());
+    {
+        Diversion const full(wrapped_fwrite, [](auto...) { return std::size_t{}; });
+        Enter(log, TEST_STATUS_INFO, "one");
+    }
+    Enter(log, TEST_STATUS_INFO, "two");
+    EXPECT_EQ(Contents(), "INFO    two\n");
+    EXPECT_EQ(Complaint(log), Gaps());
+}
+
+class LogFileWatchTest : public LogFileTest {
+protected:
+    void Add(std::string const & text) const {
+        std::ofstream(m_Name, std::ios::binary | std::ios::app) << text;
+    }
+
+    static constexpr char Summary[] =
+        "INFO    TEST RESULTS:\r\n    [ Passed (2); Failed (1) ]\r\n\r\n";
+};
+
+TEST_F(LogFileWatchTest, AFileThatGrewAndEndsWithASummaryIsWhole) {
+    Add(Summary);
+    LogFileWatch const watch(m_Name.string());
+    Add(std::string(1000, '-') + '\n' + Summary);
+    EXPECT_EQ(Complaint(watch), "");
+}
+
+TEST_F(LogFileWatchTest, AFileThatDidNotGrowLacksEntries) {
+    Add(Summary);
+    EXPECT_EQ(Complaint(LogFileWatch(m_Name.string())), Gaps());
+}
+
+TEST_F(LogFileWatchTest, AFileThatEndsWithinTheSummaryOrInFrontOfItLacksEntries) {
+    std::string const summary = Summary;
+    std::size_t const whole = summary.rfind(']') + 1;
+    LogFileWatch const watch(m_Name.string());
+    for (std::size_t size = 0; size < whole; ++size) {
+        SCOPED_TRACE(size);
+        std::filesystem::remove(m_Name);
+        Add(summary.substr(0, size));
+        EXPECT_EQ(Complaint(watch), Gaps());
+    }
+}
+
+TEST_F(LogFileWatchTest, WhatIsNoFileIsNotLookedAt) {
+    EXPECT_EQ(Complaint(LogFileWatch(m_Name.parent_path().string())), "");
+    EXPECT_EQ(Complaint(LogFileWatch(m_Name.string())), "");
 }
 
 } // namespace

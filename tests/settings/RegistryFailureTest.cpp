@@ -243,6 +243,54 @@ TEST_F(RegistryFailureTest, AFailureOfTheSecondReadFailsToo) {
     EXPECT_EQ(TakeCalls().back(), "close 77");
 }
 
+// As the system does when another program writes five bytes between the two reads.
+LSTATUS GrowFromNothing(BYTE const * data, DWORD & size, int & reads) {
+    if (++reads == 1) {
+        size = 0;
+        return 0;
+    }
+    bool const fits = data == nullptr || size >= 5;
+    size = 5;
+    return fits ? 0 : 234;
+}
+
+TEST_F(RegistryFailureTest, AnEmptyValueThatGrowsBetweenTheTwoReadsIsNotRead) {
+    int reads = 0;
+    Diversion const query(
+        wrapped_RegQueryValueExA,
+        [&](HKEY, char const *, DWORD *, DWORD *, BYTE * data, DWORD * size) {
+            return GrowFromNothing(data, *size, reads);
+        });
+    std::string text = "preset";
+    EXPECT_FALSE(TS_GetRegistryString(Root, "K", "N", text));
+    EXPECT_EQ(text, "preset");
+    EXPECT_EQ(GetLastRegErrCode(), 234);
+    reads = 0;
+    unsigned char bytes[2] = {7, 7};
+    EXPECT_FALSE(TS_GetRegistryBinary(Root, "K", "N", 2, bytes));
+    EXPECT_EQ(bytes[0], 7);
+    EXPECT_EQ(GetLastRegErrCode(), 1);
+}
+
+TEST_F(RegistryFailureTest, AValueThatShrinksBetweenTheTwoReadsEndsWhereItEndsNow) {
+    bool measured = false;
+    Diversion const query(
+        wrapped_RegQueryValueExA,
+        [&](HKEY, char const *, DWORD *, DWORD *, BYTE * data, DWORD * size) -> LSTATUS {
+            if (data != nullptr) std::fill_n(data, *size, BYTE{'x'});
+            *size = measured ? 3 : 8;
+            measured = true;
+            return 0;
+        });
+    std::string text;
+    EXPECT_TRUE(TS_GetRegistryString(Root, "K", "N", text));
+    EXPECT_EQ(text, "xxx");
+    measured = false;
+    unsigned char bytes[5] = {7, 7, 7, 7, 7};
+    EXPECT_TRUE(TS_GetRegistryBinary(Root, "K", "N", 5, bytes));
+    EXPECT_EQ(std::string(bytes, bytes + 5), "xxx\7\7");
+}
+
 TEST_F(RegistryFailureTest, WhatClosingAnswersIsNotLookedAt) {
     std::string text;
     m_Answers["close"] = {6};

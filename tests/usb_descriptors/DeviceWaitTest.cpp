@@ -1,10 +1,19 @@
 // The suite's wait for a device, with events that the test sends to the host's window.
+#include <functional>
+#include <optional>
+#include <string>
+#include <thread>
+#include <utility>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "examples/suites/usb_descriptors/UsbDescriptorsSuite.h"
 #include "messages/CWindowsMessage.h"
 #include "platform/DeviceServices.h"
+#include "platform/Messaging.h"
+#include "platform/Synchronization.h"
+#include "tests/prompts/RecordingInput.h"
 #include "tests/usb_descriptors/TestFolder.h"
 #include "tests/usb_descriptors/WaitFixture.h"
 
@@ -16,11 +25,39 @@ namespace {
 
 char const * const kMouse = "\\\\?\\USB#VID_F1D0&PID_0001#4711#{a5dcbf10}";
 
+// Does what the operator does while the question is shown.
+class ActingOperator : public RecordingInput {
+public:
+    explicit ActingOperator(std::function<void()> act) : m_Act(std::move(act)) {
+        CAppState::UserInput(this);
+    }
+
+    using RecordingInput::DisplayInfoToUser;
+    TS_STATUS DisplayInfoToUser(
+        std::wstring * text, unsigned long timeout, bool flag, CMXGuiEvent * event,
+        std::wstring * button, WINDOW_ARGS * args) override {
+        m_Act();
+        return RecordingInput::DisplayInfoToUser(text, timeout, flag, event, button, args);
+    }
+
+private:
+    std::function<void()> m_Act;
+};
+
 } // namespace
 
 class DeviceWaitTest : public WaitFixture {
 protected:
     DeviceWaitTest() { Set("DevicesRoot", m_Folder.Text()); }
+
+    // The wait has looked for a message once.
+    static void ExpectReset() {
+        ULONGLONG const end = GetTickCount64() + 60'000;
+        while (WaitForSingleObject(CAppState::MessageFilterEvent(), 0) == WAIT_OBJECT_0) {
+            ASSERT_LT(GetTickCount64(), end);
+            Sleep(1);
+        }
+    }
 
     std::shared_ptr<void> const m_Machine = MakeAnnouncingMachine();
     TestFolder m_Folder;
@@ -99,6 +136,56 @@ TEST_F(DeviceWaitTest, NothingIsLeftBehind) {
     });
     EXPECT_EQ(CAppState::MessageToFilter(), 0u);
     EXPECT_EQ(CAppState::PopWindowsMessage(), nullptr);
+}
+
+TEST_F(DeviceWaitTest, OperatorIsAskedForADeviceAndPlugsItIn) {
+    m_Folder.Write("1-1/descriptors", ReadGood("low_speed_mouse"));
+    ActingOperator const operates([&] { Announce(DBT_DEVICEARRIVAL, kMouse); });
+    EXPECT_EQ(Wait([] {}), TEST_STATUS_SUCCESS | TEST_STATUS_INFO);
+    EXPECT_THAT(
+        m_Log->m_Lines,
+        ElementsAre(
+            "INFO Plug in a USB device within 60 seconds.",
+            HasSubstr("(WM_DEVICECHANGE) message received"), HasSubstr("DBT_DEVICEARRIVAL"),
+            "INFO Checking the descriptors of 1-1"));
+    EXPECT_EQ(
+        operates.m_Asked, std::vector<Question>{(Question{
+                              "DisplayInfoToUser",
+                              {L"Plug in a USB device within 60 seconds.", L"OK"},
+                              std::nullopt,
+                              {nullptr, nullptr},
+                              {60000},
+                              true})});
+}
+
+TEST_F(DeviceWaitTest, WaitGoesOnBehindTheOperatorsAnswer) {
+    m_Folder.Write("1-1/descriptors", ReadGood("low_speed_mouse"));
+    std::thread machine;
+    ActingOperator const operates([&] {
+        SetEvent(CAppState::MessageFilterEvent());
+        machine = std::thread([&] {
+            ExpectReset();
+            Announce(DBT_DEVICEARRIVAL, kMouse);
+        });
+    });
+    EXPECT_EQ(Wait([] {}), TEST_STATUS_SUCCESS | TEST_STATUS_INFO);
+    machine.join();
+    EXPECT_EQ(operates.m_Asked.size(), 1u);
+    EXPECT_EQ(m_Log->m_Lines.back(), "INFO Checking the descriptors of 1-1");
+}
+
+TEST_F(DeviceWaitTest, OperatorEndsTheWaitAtTheQuestion) {
+    ActingOperator const operates([] { CUIUpdate::GetUIUpdate()->AbortFunction(true); });
+    EXPECT_NE(Wait([] {}) & TEST_STATUS_ABORT, 0u);
+    EXPECT_EQ(m_Log->m_Lines.back(), "ABORT The operator has ended the wait.");
+}
+
+TEST_F(DeviceWaitTest, WithoutTimeNobodyIsAsked) {
+    Set("WaitForDevice", "0");
+    ActingOperator const operates([] {});
+    EXPECT_NE(Wait([] {}) & TEST_STATUS_ABORT, 0u);
+    EXPECT_TRUE(operates.m_Asked.empty());
+    EXPECT_EQ(m_Log->m_Lines.back(), "ABORT No device came within 0 seconds.");
 }
 
 class DeviceWaitSettingTest : public WaitFixture {};

@@ -95,6 +95,22 @@ protected:
         return all;
     }
 
+    // What the suite logs when it lists its tests, of which there are none.
+    static Lines LinesOfListing() {
+        LineLog log;
+        CAppState::Log(&log);
+        log.GlobalLogExists(true);
+        EXPECT_EQ(UsbDescriptorsSuite().Tests().size(), 0u);
+        CAppState::Log(nullptr);
+        return log.TakeLines();
+    }
+
+    void WriteLimits(TestFolder const & folder, std::string const & text) {
+        std::filesystem::copy_file(USB_DESCRIPTORS_SCHEMA, folder.Path() / "suite.xsd");
+        folder.Write("suite.xml", Bytes(text.begin(), text.end()));
+        Set("Folder", folder.Text());
+    }
+
     TestFolder m_Folder;
     CIniArgs m_Args;
     COutputBuffer m_Buffer;
@@ -283,6 +299,22 @@ TEST_F(UsbDescriptorsSuiteTest, MachineWithoutDevicesHasNoTests) {
     EXPECT_EQ(UsbDescriptorsSuite().Tests().size(), 0u);
 }
 
+TEST_F(UsbDescriptorsSuiteTest, ARunWithoutTestsSaysWhy) {
+    Set("DevicesRoot", m_Folder.Text());
+    EXPECT_EQ(
+        LinesOfListing(),
+        (Lines{
+            "INFO There is nothing to test: no device shows its descriptors in " + m_Folder.Text()
+            + ". Connect one, or give a folder of *.bin files as Recordings of "
+              "section Suite."}));
+    TestFolder const folder;
+    WriteLimits(folder, "<suite><devices><device vendor='ffff'/></devices></suite>");
+    m_Folder.Write("1-1/descriptors", ReadGood("low_speed_mouse"));
+    EXPECT_EQ(
+        LinesOfListing(), (Lines{"INFO There is nothing to test: the suite's limits name none of "
+                                 "the devices (1)."}));
+}
+
 TEST_F(UsbDescriptorsSuiteTest, SystemThatShowsNoDescriptorsAsksForRecordings) {
     Set("DevicesRoot", "");
     EXPECT_EQ(
@@ -298,9 +330,7 @@ TEST_F(UsbDescriptorsSuiteTest, LimitsChooseDevicesAndGroupsAndEndTheRun) {
                              "<groups><group name='Device descriptor'/></groups>"
                              "<timeouts><run seconds='0'/></timeouts></suite>";
     TestFolder const folder;
-    std::filesystem::copy_file(USB_DESCRIPTORS_SCHEMA, folder.Path() / "suite.xsd");
-    folder.Write("suite.xml", Bytes(text.begin(), text.end()));
-    Set("Folder", folder.Text());
+    WriteLimits(folder, text);
     EXPECT_EQ(Names(), (Lines{"f1d0:0001 Structure", "f1d0:0001 Device descriptor"}));
     EXPECT_THAT(Run(), testing::Contains("ABORT The run's time of 0 seconds is over"));
 }
@@ -308,9 +338,7 @@ TEST_F(UsbDescriptorsSuiteTest, LimitsChooseDevicesAndGroupsAndEndTheRun) {
 TEST_F(UsbDescriptorsSuiteTest, BadLimitsAreOneEntryAndTheEnd) {
     std::string const text = "<suite limit='1'/>";
     TestFolder const folder;
-    std::filesystem::copy_file(USB_DESCRIPTORS_SCHEMA, folder.Path() / "suite.xsd");
-    folder.Write("suite.xml", Bytes(text.begin(), text.end()));
-    Set("Folder", folder.Text());
+    WriteLimits(folder, text);
     LineLog log;
     CAppState::Log(&log);
     log.GlobalLogExists(true);

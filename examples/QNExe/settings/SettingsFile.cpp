@@ -24,7 +24,11 @@ bool IsMark(CLI::ConfigItem const & item) { return item.name == "++" || item.nam
 
 std::vector<CLI::ConfigItem> ItemsOf(std::string const & file) {
     std::ifstream stream(file);
-    if (!stream) Refuse(file, "cannot be opened. Give --settings a file that may be read.");
+    // A folder opens like a file, but has nothing to read.
+    stream.peek();
+    if (stream.bad() || !stream.is_open())
+        Refuse(file, "cannot be opened. Give --settings a file that may be read.");
+    stream.clear();
     try {
         return CLI::ConfigINI().from_config(stream);
     } catch (CLI::Error const & error) {

@@ -34,27 +34,28 @@ StoredChoice::StoredChoice(HostOptions const & options) : m_Options(options) {
     TakeDfpVifs(options.dfpVifs);
 }
 
-void StoredChoice::WarnAfterFailure(std::string const & what) {
-    if (GetLastRegErrCode() == 0) return;
+void StoredChoice::WarnAfterFailure(std::string const & what, bool forgets) {
+    // Nothing to remove is no failure.
+    constexpr long notFound = 2;
+    if (GetLastRegErrCode() == 0 || GetLastRegErrCode() == notFound) return;
     std::string reason = GetLastRegErrMsg();
     reason.erase(reason.find_last_not_of("\r\n") + 1);
-    m_Warnings.push_back(what + " cannot be kept for later runs: " + reason);
+    char const * const notDone =
+        forgets ? " cannot be forgotten: " : " cannot be kept for later runs: ";
+    m_Warnings.push_back(what + notDone + reason);
 }
 
 void StoredChoice::TakeDevice(std::optional<DeviceWords> const & words) {
     CDUTInfo & device = *CAppState::DUTInfo();
     device.Load();
     if (!words) return;
-    if (*words == DeviceWords{}) {
-        device.Clear();
-        return;
-    }
+    bool const forgets = *words == DeviceWords{};
     if (words->tid) device.TID(Wide(*words->tid));
     if (words->testBed) device.TestBed(Wide(*words->testBed));
     if (words->room) device.RoomNumber(Wide(*words->room));
     if (words->comments) device.Comments(Wide(*words->comments));
-    device.Save();
-    WarnAfterFailure("the device record");
+    forgets ? device.Clear() : device.Save();
+    WarnAfterFailure("the device record", forgets);
 }
 
 void StoredChoice::TakeUfpVif(std::optional<std::string> const & file) {
@@ -63,7 +64,8 @@ void StoredChoice::TakeUfpVif(std::optional<std::string> const & file) {
         return;
     }
     CAppState::UFPVifName(*file);
-    if (!CAppState::WriteUFPVifToRegistry()) WarnAfterFailure("the UFP VIF file");
+    CAppState::WriteUFPVifToRegistry();
+    WarnAfterFailure("the UFP VIF file", file->empty());
 }
 
 void StoredChoice::TakeDfpVifs(std::optional<std::vector<std::string>> const & files) {
@@ -73,9 +75,8 @@ void StoredChoice::TakeDfpVifs(std::optional<std::vector<std::string>> const & f
     }
     CAppState::DFPVifNames(Names(*files));
     CAppState::WriteDFPVifsToRegistry();
-    // No list to remove is no failure; whether one was written tells the last name.
-    constexpr long notFound = 2;
-    if (GetLastRegErrCode() != notFound) WarnAfterFailure("the list of DFP VIF files");
+    // Whether a list was written tells the last name.
+    WarnAfterFailure("the list of DFP VIF files", !CAppState::DFPVifLoaded());
 }
 
 std::vector<ShownSetting> StoredChoice::List() const {

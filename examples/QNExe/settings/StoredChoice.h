@@ -17,7 +17,7 @@ public:
     // runs.
     explicit StoredChoice(HostOptions const & options);
 
-    // Why something could not be stored, a line each; it still holds for this run.
+    // Why something could not be stored or removed, a line each; it still holds for this run.
     std::vector<std::string> const & Warnings() const { return m_Warnings; }
 
     // Everything that is chosen.
@@ -27,7 +27,7 @@ private:
     void TakeDevice(std::optional<DeviceWords> const & words);
     void TakeUfpVif(std::optional<std::string> const & file);
     void TakeDfpVifs(std::optional<std::vector<std::string>> const & files);
-    void WarnAfterFailure(std::string const & what);
+    void WarnAfterFailure(std::string const & what, bool forgets);
 
     HostOptions const & m_Options;
     std::vector<std::string> m_Warnings;

@@ -22,11 +22,16 @@ ColorEnvironment ReadEnvironment() {
         .term = Variable("TERM")};
 }
 
+// A terminal that obeys control sequences.
+bool IsCapable(std::FILE * stream, ColorEnvironment const & environment) {
+    return KindOf(stream) == StreamKind::Terminal && environment.term != "dumb"
+           && EnableControlSequences(stream);
+}
+
 TerminalView::Settings SettingsFor(std::FILE * stream) {
     ColorEnvironment const environment = ReadEnvironment();
     StreamKind const kind = KindOf(stream);
-    bool const capable = kind == StreamKind::Terminal && environment.term != "dumb"
-                         && EnableControlSequences(stream);
+    bool const capable = IsCapable(stream, environment);
     bool const colors = WantsColor(environment, kind);
     return {
         .styled = colors && (capable || kind != StreamKind::Terminal),
@@ -35,6 +40,11 @@ TerminalView::Settings SettingsFor(std::FILE * stream) {
 }
 
 } // namespace
+
+bool IsColorTerminal(std::FILE * stream) {
+    ColorEnvironment const environment = ReadEnvironment();
+    return IsCapable(stream, environment) && WantsColor(environment, StreamKind::Terminal);
+}
 
 FormattedView::FormattedView(std::FILE * stream) : m_View(stream, SettingsFor(stream)) {}
 

@@ -4,6 +4,7 @@
 // may wait for it; Render is slow and comes after the test has gone on.
 #pragma once
 
+#include <cstdio>
 #include <deque>
 #include <memory>
 #include <string>
@@ -11,6 +12,10 @@
 #include "examples/QNExe/view/TableReader.h"
 #include "examples/QNExe/view/TerminalView.h"
 #include "output/COutputBuffer.h"
+
+// A terminal on which the environment wants colours. Without them a formatted log does not tell a
+// failure from a remark.
+bool IsColorTerminal(std::FILE * stream);
 
 class FormattedView {
 public:

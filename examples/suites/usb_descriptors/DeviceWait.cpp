@@ -30,7 +30,8 @@ void Ask(CMXLog & log, std::uint32_t seconds) {
     std::string text = Join("Plug in a USB device within ", seconds, " seconds.");
     log.Write(TEST_STATUS_INFO, "%s", text);
     CMXUserInput * const input = CAppState::UserInput();
-    if (input == nullptr) return;
+    // A question with a time-out of 0 would stand without end.
+    if (input == nullptr || seconds == 0) return;
     std::string button = "OK";
     input->DisplayInfoToUser(&text, seconds * 1000ul, true, nullptr, &button, nullptr);
 }

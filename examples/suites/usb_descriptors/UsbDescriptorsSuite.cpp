@@ -12,13 +12,13 @@
 #include <utility>
 
 #include "DeviceWait.h"
-#include "OperatorTests.h"
 #include "RecordingFiles.h"
 #include "Rules.h"
 #include "Speeds.h"
 #include "SuiteLimits.h"
 #include "Text.h"
 #include "app/CAppState.h"
+#include "examples/suites/questions/OperatorTests.h"
 #include "settings/CIniArgs.h"
 
 MORVEX_TEST_SUITE(UsbDescriptorsSuite)
@@ -65,6 +65,23 @@ std::vector<usb::RecordingFile> ReadInput() {
             "files, and no recordings were given. Give a folder of *.bin files as Recordings of "
             "section Suite.");
     return usb::ReadMachineDevices(usb::PathOf(devices));
+}
+
+// A run without tests says why: `read` devices were there, and no limit let one in.
+void TellOfNothing(std::size_t read) {
+    CMXLog * const log = CAppState::Log();
+    if (log == nullptr) return;
+    if (read != 0)
+        log->Write(
+            TEST_STATUS_INFO,
+            "There is nothing to test: the suite's limits name none of the devices (%u).",
+            static_cast<std::uint32_t>(read));
+    else
+        log->Write(
+            TEST_STATUS_INFO,
+            "There is nothing to test: no device shows its descriptors in %s. Connect one, or give "
+            "a folder of *.bin files as Recordings of section Suite.",
+            DevicesRoot());
 }
 
 // "0409:0058", or the recording's name where there is no device descriptor.
@@ -235,10 +252,12 @@ std::vector<TestCase> UsbDescriptorsSuite::Tests() {
         if (FindSetting("Recordings") == nullptr) return tests;
     }
     std::vector<SharedSubject> subjects;
-    for (auto & file : ReadInput()) {
+    auto files = ReadInput();
+    for (auto & file : files) {
         auto subject = std::make_shared<Subject const>(std::move(file));
         if (limits.HasDevice(IdOf(*subject))) subjects.push_back(std::move(subject));
     }
+    if (subjects.empty()) TellOfNothing(files.size());
     auto const names = NamesOf(subjects);
     if (IsInteractive())
         for (auto & test : OperatorTests())

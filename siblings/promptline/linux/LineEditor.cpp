@@ -3,19 +3,29 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cwchar>
+#include <optional>
 #include <string_view>
 #include <utility>
 
 #include <histedit.h>
 #include <locale.h>
+#include <poll.h>
 #include <sys/ioctl.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include "siblings/Keelbase.h"
+#include "siblings/promptline/linux/TerminalModes.h"
 
 namespace {
 
 constexpr wchar_t EndOfInputKey = 4;
+constexpr wchar_t Unreadable = 0xFFFD;
+
+// A key such as an arrow sends its bytes at once. What has begun like one and stays so is dropped:
+// the thread has others to serve.
+constexpr int RestOfKeyMilliseconds = 100;
 
 // libedit reads and writes in the thread's locale.
 class Utf8Scope {
@@ -49,9 +59,12 @@ bool IsDumb() {
 } // namespace
 
 struct LineEditor::Parts {
+    std::optional<TerminalModes> modes;
+    // Null while there is no question: to have one changes the terminal.
     EditLine * line = nullptr;
     bool isActive = false;
     bool isHidden = false;
+    bool hasEnded = false;
     Prompt prompt;
     Complete complete;
     // What libedit points to while it draws.
@@ -80,15 +93,48 @@ struct LineEditor::Parts {
         return added.empty() ? CC_ERROR : CC_REFRESH;
     }
 
+    bool ReadByte(char & byte) {
+        pollfd input = {STDIN_FILENO, POLLIN, 0};
+        if (poll(&input, 1, RestOfKeyMilliseconds) != 1) return false;
+        hasEnded = read(STDIN_FILENO, &byte, 1) != 1;
+        return !hasEnded;
+    }
+
+    // libedit's own way does not tell the end of input from a key that leaves the line empty.
+    static int ReadKey(EditLine * line, wchar_t * key) {
+        std::mbstate_t state = {};
+        for (char byte; Of(line).ReadByte(byte);) {
+            std::size_t const size = std::mbrtowc(key, &byte, 1, &state);
+            if (size == static_cast<std::size_t>(-2)) continue;
+            if (size == static_cast<std::size_t>(-1)) *key = Unreadable;
+            return 1;
+        }
+        return 0;
+    }
+
+    // An answer is what was typed behind its question: what came before is dropped.
     void Open() {
+        if (line != nullptr) return;
+        modes.emplace();
+        tcflush(STDIN_FILENO, TCIFLUSH);
         line = el_init("prompt", stdin, stderr, stderr);
-        if (line == nullptr) return;
+        if (line == nullptr) return modes.reset();
+        hasEnded = false;
         el_wset(line, EL_CLIENTDATA, this);
         el_wset(line, EL_EDITOR, L"emacs");
+        el_wset(line, EL_GETCFN, ReadKey);
         el_wset(line, EL_SIGNAL, 0);
         el_wset(line, EL_PROMPT, GivePrompt);
         el_wset(line, EL_ADDFN, L"complete-path", L"Complete a path", CompleteWord);
         el_wset(line, EL_BIND, L"^I", L"complete-path", nullptr);
+        // These wait for a second key, and take its absence for the end of input.
+        for (wchar_t const * const key : {L"^R", L"^S", L"^V"})
+            el_wset(line, EL_BIND, L"-r", key, nullptr);
+    }
+
+    void Close() {
+        if (line != nullptr) el_end(std::exchange(line, nullptr));
+        modes.reset();
     }
 
     // How many rows above the cursor the line has.
@@ -99,34 +145,29 @@ struct LineEditor::Parts {
     }
 };
 
-LineEditor::LineEditor() : m_Parts(std::make_unique<Parts>()) {
-    Utf8Scope const utf8;
-    m_Parts->Open();
-}
-
-LineEditor::~LineEditor() {
-    Utf8Scope const utf8;
-    if (m_Parts->isActive) End();
-    if (m_Parts->line != nullptr) el_end(m_Parts->line);
-}
+LineEditor::LineEditor() : m_Parts(std::make_unique<Parts>()) {}
+LineEditor::~LineEditor() { End(); }
 
 bool LineEditor::IsActive() const { return m_Parts->isActive; }
 bool LineEditor::CanRedraw() const { return !IsDumb(); }
 
 void LineEditor::Begin(Prompt prompt, Complete complete) {
-    if (m_Parts->line == nullptr) return;
     Utf8Scope const utf8;
+    m_Parts->Open();
+    if (m_Parts->line == nullptr) return;
     m_Parts->prompt = std::move(prompt);
     m_Parts->complete = std::move(complete);
     m_Parts->isActive = true;
     m_Parts->isHidden = false;
     el_wset(m_Parts->line, EL_UNBUFFERED, 1);
+    m_Parts->modes->Edited();
 }
 
 void LineEditor::End() {
-    if (!m_Parts->isActive) return;
-    if (!m_Parts->isHidden) Write(L"\n");
-    EndLine();
+    Utf8Scope const utf8;
+    if (m_Parts->isActive && !m_Parts->isHidden) Write(L"\n");
+    if (m_Parts->isActive) EndLine();
+    m_Parts->Close();
 }
 
 void LineEditor::EndLine() {
@@ -141,7 +182,8 @@ LineEditor::Outcome LineEditor::Read(std::wstring & line) {
     Utf8Scope const utf8;
     int count = 0;
     wchar_t const * const text = el_wgets(m_Parts->line, &count);
-    if (text == nullptr) return count < 0 ? Outcome::EndOfInput : Outcome::More;
+    if (m_Parts->hasEnded) return Outcome::EndOfInput;
+    if (text == nullptr) return Outcome::More;
     std::wstring const typed(text, static_cast<std::size_t>(count));
     if (typed == std::wstring(1, EndOfInputKey)) return Outcome::EndOfInput;
     if (typed.empty() || (typed.back() != L'\n' && typed.back() != L'\r')) return Outcome::More;
@@ -164,6 +206,15 @@ void LineEditor::Redraw() {
     Utf8Scope const utf8;
     m_Parts->isHidden = false;
     el_wset(m_Parts->line, EL_REFRESH);
+}
+
+int LineEditor::ContinuedDescriptor() { return TerminalModes::ContinuedDescriptor(); }
+
+// The cursor stands somewhere else now: nothing of the old line is taken away.
+void LineEditor::RedrawContinued() {
+    if (!TerminalModes::TakeContinued() || !m_Parts->isActive) return;
+    m_Parts->isHidden = true;
+    Redraw();
 }
 
 void LineEditor::Write(std::wstring const & text) {

@@ -18,23 +18,28 @@ public:
     LineEditor();
     LineEditor(LineEditor const &) = delete;
     LineEditor & operator=(LineEditor const &) = delete;
-    // Gives the terminal back as it was.
     ~LineEditor();
 
+    // From the first Begin to End the terminal is the editor's, and is put back also by a signal
+    // that ends or stops the process. What was typed before the first Begin is dropped.
     void Begin(Prompt prompt, Complete complete);
-    // The cursor goes to the start of a line; EndLine is for a line that was finished, whose cursor
-    // is there already.
-    void End();
+    // Behind a line that was finished, whose cursor is at the start of a line already.
     void EndLine();
+    // Gives the terminal back as it was, with the cursor at the start of a line.
+    void End();
     bool IsActive() const;
 
-    // Takes one key. More: the line is not complete.
+    // Takes one key, which must have come. More: the line is not complete.
     enum class Outcome { More, Line, EndOfInput };
     Outcome Read(std::wstring & line);
 
     // Take the line away and draw it again.
     void Hide();
     void Redraw();
+
+    // Readable when the process goes on behind a stop; RedrawContinued is then due.
+    static int ContinuedDescriptor();
+    void RedrawContinued();
 
     // The terminal can take a line away.
     bool CanRedraw() const;

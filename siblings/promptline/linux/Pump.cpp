@@ -13,7 +13,6 @@ struct Pump::Parts {
     int descriptor = epoll_create1(EPOLL_CLOEXEC);
     int timer = timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK);
     bool isTicking = false;
-    bool watchesInput = false;
 
     bool Watch(int watched) const {
         epoll_event event = {};
@@ -43,20 +42,18 @@ void Pump::Ticking(bool on) {
     timerfd_settime(m_Parts->timer, 0, &times, nullptr);
 }
 
-void Pump::WatchInput(bool on) {
-    if (m_Parts->watchesInput == on) return;
-    m_Parts->watchesInput = on;
+void Pump::WatchInput(int input, bool on) {
     if (on)
-        m_Parts->Watch(STDIN_FILENO);
+        m_Parts->Watch(input);
     else
-        epoll_ctl(m_Parts->descriptor, EPOLL_CTL_DEL, STDIN_FILENO, nullptr);
+        epoll_ctl(m_Parts->descriptor, EPOLL_CTL_DEL, input, nullptr);
 }
 
 int Pump::Descriptor() const { return m_Parts->descriptor; }
 
 Pump::Happened Pump::Take() {
-    epoll_event events[2];
-    int const count = epoll_wait(m_Parts->descriptor, events, 2, 0);
+    epoll_event events[3];
+    int const count = epoll_wait(m_Parts->descriptor, events, 3, 0);
     Happened happened;
     for (int i = 0; i < count; ++i) {
         std::uint64_t ticks;

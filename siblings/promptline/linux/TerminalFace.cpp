@@ -36,7 +36,7 @@ std::wstring Hint(Question const & question) {
     case QuestionKind::OneOfListOrOut:
         return L"Number 0-" + count;
     case QuestionKind::SeveralOfList:
-        return L"Numbers 1-" + count;
+        return L"Numbers 1-" + count + L", or nothing";
     case QuestionKind::OneFile:
         return L"File, or nothing";
     case QuestionKind::SeveralFiles:
@@ -72,11 +72,6 @@ std::wstring LinesOf(Question const & question) {
         lines += L"  " + std::to_wstring(i + 1) + L"  " + question.list[i] + L"\n";
     if (question.kind == QuestionKind::OneOfListOrOut) lines += L"  0  " + question.second + L"\n";
     return lines;
-}
-
-bool HasHungUp() {
-    pollfd input = {STDIN_FILENO, POLLIN, 0};
-    return poll(&input, 1, 0) == 1 && (input.revents & (POLLHUP | POLLERR | POLLNVAL)) != 0;
 }
 
 bool HasInput() {
@@ -128,6 +123,7 @@ public:
     }
 
     void Serve() override {
+        m_Editor.RedrawContinued();
         while (m_Editor.IsActive() && HasInput())
             ReadKey();
     }
@@ -151,20 +147,23 @@ private:
         m_Editor.Begin(
             [this, dialog] { return m_Prompt = PromptFor(*dialog); },
             IsFiles(dialog->question) ? CompleteFile : LineEditor::Complete());
-        m_Pump.WatchInput(true);
+        WatchInput(true);
+    }
+
+    void WatchInput(bool on) {
+        m_Pump.WatchInput(STDIN_FILENO, on);
+        m_Pump.WatchInput(LineEditor::ContinuedDescriptor(), on);
     }
 
     void Leave() {
-        m_Pump.WatchInput(false);
+        WatchInput(false);
         m_Editor.End();
         if (!m_Shown.empty() && m_Listener != nullptr) m_Listener->PromptGone();
     }
 
     void ReadKey() {
         std::wstring line;
-        auto outcome = m_Editor.Read(line);
-        if (outcome == LineEditor::Outcome::More && HasHungUp())
-            outcome = LineEditor::Outcome::EndOfInput;
+        auto const outcome = m_Editor.Read(line);
         SharedDialog const dialog = m_Shown.back();
         if (outcome == LineEditor::Outcome::EndOfInput)
             Desk::The().LeaveUnanswered(dialog, "the input has ended");

@@ -25,7 +25,7 @@ void Pump::Ticking(bool on) {
         KillTimer(m_Parts->window, Timer);
 }
 
-void Pump::WatchInput(bool) {}
+void Pump::WatchInput(int, bool) {}
 
 int Pump::Descriptor() const { return -1; }
 

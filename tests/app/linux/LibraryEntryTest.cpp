@@ -5,7 +5,9 @@
 // they stand in front of the platform's in the order in which the loader looks.
 #include <gtest/gtest.h>
 
+#include <cstdarg>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 
 #include <dlfcn.h>
@@ -55,7 +57,23 @@ ULONG UnregisterTraceGuids(TRACEHANDLE) {
     return ERROR_SUCCESS;
 }
 
+// The records of coming and going have no arguments; any other record is a step of its own.
+ULONG TraceMessage(TRACEHANDLE, ULONG flags, GUID const * guid, std::uint16_t number, ...) {
+    static constexpr GUID messages = {
+        0xdb37377c, 0x43e1, 0x3754, {0x75, 0xb1, 0xea, 0xc6, 0xc7, 0xc9, 0x3f, 0xaa}};
+    std::va_list arguments;
+    va_start(arguments, number);
+    bool const isBare = va_arg(arguments, void const *) == nullptr;
+    va_end(arguments);
+    bool const isOurs = flags == 0x2B && std::memcmp(guid, &messages, sizeof messages) == 0;
+    Note(!isBare || !isOurs ? '?' : number == 10 ? 'A' : number == 11 ? 'D' : '?');
+    return ERROR_SUCCESS;
+}
+
 namespace {
+
+// As a tracer does from outside.
+void Listen() { ++*g_MorvexTraceSemaphores.library; }
 
 void * Load() { return dlopen(MORVEX_LIBRARY, RTLD_NOW | RTLD_LOCAL); }
 
@@ -81,12 +99,30 @@ std::string StepsOf(Act act) {
 }
 
 // Every lock is there before the provider comes, and is still there when it goes.
-testing::AssertionResult StandsInsideTheStatics(std::string const & seen) {
+testing::AssertionResult
+StandsInsideTheStatics(std::string const & seen, std::string const & provider = "RU") {
     auto const locks = seen.find('R');
     if (locks == std::string::npos || locks == 0) return testing::AssertionFailure() << seen;
-    std::string const expected = std::string(locks, 'i') + "RU" + std::string(locks, 'd');
+    std::string const expected = std::string(locks, 'i') + provider + std::string(locks, 'd');
     return seen == expected ? testing::AssertionSuccess() : testing::AssertionFailure() << seen;
 }
+
+// Unloads before anything else of the process ends.
+std::string StepsUntilUnloaded(void (*before)(), void (*meanwhile)()) {
+    std::string seen = StepsOf([before, meanwhile] {
+        before();
+        void * const library = Load();
+        if (library == nullptr) std::_Exit(1);
+        meanwhile();
+        if (dlclose(library) != 0) std::_Exit(1);
+        Note('.');
+    });
+    if (seen.empty() || seen.back() != '.') return "not unloaded: " + seen;
+    seen.pop_back();
+    return seen;
+}
+
+void Nothing() {}
 
 TEST(LibraryEntryTest, TheProviderStandsInsideTheStaticsWhenTheProcessEnds) {
     EXPECT_TRUE(StandsInsideTheStatics(StepsOf([] {
@@ -95,14 +131,24 @@ TEST(LibraryEntryTest, TheProviderStandsInsideTheStaticsWhenTheProcessEnds) {
 }
 
 TEST(LibraryEntryTest, TheProviderStandsInsideTheStaticsWhenTheLibraryIsUnloaded) {
-    std::string const seen = StepsOf([] {
-        void * const library = Load();
-        if (library == nullptr || dlclose(library) != 0) std::_Exit(1);
-        Note('.');
-    });
-    ASSERT_FALSE(seen.empty());
-    EXPECT_EQ(seen.back(), '.') << seen;
-    EXPECT_TRUE(StandsInsideTheStatics(seen.substr(0, seen.size() - 1)));
+    EXPECT_TRUE(StandsInsideTheStatics(StepsUntilUnloaded(Nothing, Nothing)));
+}
+
+TEST(LibraryEntryTest, AListenerSeesTheLibraryComeAndGo) {
+    EXPECT_TRUE(StandsInsideTheStatics(StepsUntilUnloaded(Listen, Nothing), "RADU"));
+}
+
+TEST(LibraryEntryTest, AListenerSeesTheLibraryGoWithTheProcess) {
+    EXPECT_TRUE(StandsInsideTheStatics(
+        StepsOf([] {
+            Listen();
+            if (Load() == nullptr) std::_Exit(1);
+        }),
+        "RADU"));
+}
+
+TEST(LibraryEntryTest, WhoListensFromLaterOnSeesTheLibraryGo) {
+    EXPECT_TRUE(StandsInsideTheStatics(StepsUntilUnloaded(Nothing, Listen), "RDU"));
 }
 
 } // namespace

@@ -136,6 +136,15 @@ TEST_F(DeviceListTest, PropertiesAreDescriptionAndHardwareIds) {
         Property(SPDRP_HARDWAREID), "7 USB\\VID_F1D0&PID_0001&REV_0100|USB\\VID_F1D0&PID_0001||");
 }
 
+TEST_F(DeviceListTest, HexadecimalDigitsOfAnIdAreCapitals) {
+    m_Machine.Plug("1-2", {{"PRODUCT", "beef/ace/b0a"}}, {{"serial", "abc"}});
+    Open(nullptr, "USB\\VID_BEEF&PID_0ACE\\abc", DIGCF_ALLCLASSES);
+    ASSERT_TRUE(Select(0));
+    EXPECT_EQ(Id(), "USB\\VID_BEEF&PID_0ACE\\abc");
+    EXPECT_EQ(
+        Property(SPDRP_HARDWAREID), "7 USB\\VID_BEEF&PID_0ACE&REV_0B0A|USB\\VID_BEEF&PID_0ACE||");
+}
+
 TEST_F(DeviceListTest, ListStaysAsItWasMade) {
     Open(&DEVICE_CLASS, nullptr, DIGCF_DEVICEINTERFACE);
     m_Machine.Unplug("1-1");

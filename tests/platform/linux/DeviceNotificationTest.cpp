@@ -10,7 +10,6 @@
 #include <vector>
 
 #include <poll.h>
-#include <unistd.h>
 
 #include <gtest/gtest.h>
 
@@ -149,6 +148,16 @@ TEST_F(DeviceNotificationTest, ArrivalAndRemovalAreTold) {
     EXPECT_NE(UnregisterDeviceNotification(notification), FALSE);
 }
 
+// Its files are gone when the removal is heard of.
+TEST_F(DeviceNotificationTest, RemovalBearsTheNameOfTheArrival) {
+    auto const notification = Listen();
+    m_Machine.Plug("1-1", {}, {{"serial", "4711\n"}});
+    EXPECT_EQ(Heard(), Lines{"+device " + Name("4711")});
+    m_Machine.Unplug("1-1");
+    EXPECT_EQ(Heard(), Lines{"-device " + Name("4711")});
+    UnregisterDeviceNotification(notification);
+}
+
 TEST_F(DeviceNotificationTest, HundredFastChangesAreTwoHundredEventsInOrder) {
     auto const notification = Listen();
     Lines expected;
@@ -169,28 +178,38 @@ TEST_F(DeviceNotificationTest, HundredFastChangesAreTwoHundredEventsInOrder) {
     UnregisterDeviceNotification(notification);
 }
 
-TEST_F(DeviceNotificationTest, WithoutAManagerTheKernelIsListenedTo) {
+TEST_F(DeviceNotificationTest, WithoutAManagerRegistrationIsRefusedThoughThereIsUsb) {
+    m_Machine.Plug("1-1");
     m_ManagerRuns = false;
-    auto const notification = Listen();
-    m_Machine.Plug("1-1", {}, {{"serial", "4711\n"}});
-    EXPECT_EQ(Heard(), Lines{"+device " + Name("4711")});
-    m_Machine.Unplug("1-1");
-    EXPECT_EQ(Heard(), Lines{"-device " + Name("4711")});
-    UnregisterDeviceNotification(notification);
+    EXPECT_EQ(Refusal(), ERROR_SERVICE_NOT_ACTIVE);
+    EXPECT_FALSE(IsReadable(MorvexMessageDescriptor(), 0));
+    EXPECT_EQ(Heard(), Lines{});
+    m_ManagerRuns = true;
+    UnregisterDeviceNotification(Listen());
 }
 
-TEST_F(DeviceNotificationTest, SourceIsTheManagerWhileItRuns) {
-    std::string source;
+TEST_F(DeviceNotificationTest, EventsAreThoseOfTheManager) {
+    Lines sources;
     Diversion const open(
         wrapped_udev_monitor_new_from_netlink, [&](udev * context, char const * name) {
-            source = name;
+            sources.push_back(name);
             return wrapped_udev_monitor_new_from_netlink.Real(context, name);
         });
     UnregisterDeviceNotification(Listen());
-    EXPECT_EQ(source, "udev");
     m_ManagerRuns = false;
+    Refusal();
+    EXPECT_EQ(sources, Lines{"udev"});
+}
+
+TEST_F(DeviceNotificationTest, ThereIsRoomForEventsThatNobodyFetchesYet) {
+    int room = 0;
+    Diversion const make(
+        wrapped_udev_monitor_set_receive_buffer_size, [&](udev_monitor * monitor, int size) {
+            room = size;
+            return wrapped_udev_monitor_set_receive_buffer_size.Real(monitor, size);
+        });
     UnregisterDeviceNotification(Listen());
-    EXPECT_EQ(source, "kernel");
+    EXPECT_EQ(room, 16 << 20);
 }
 
 TEST_F(DeviceNotificationTest, DeviceWithoutAUsableSerialIsNamedAfterItsPlace) {
@@ -269,7 +288,6 @@ TEST_F(DeviceNotificationTest, OtherChangesOfADeviceAreNotTold) {
 }
 
 TEST_F(DeviceNotificationTest, DeviceThatWasThereBeforeGoesUnderItsName) {
-    m_ManagerRuns = false;
     m_Machine.Plug("1-1", {}, {{"serial", "early"}});
     auto const notification = Listen();
     EXPECT_EQ(Heard(), Lines{});
@@ -433,6 +451,9 @@ TEST_F(DeviceNotificationTest, FilterMustBeOfAnInterface) {
     EXPECT_EQ(RefusalOf(m_Window, &filter, 8), ERROR_INVALID_PARAMETER);
     filter.dbcc_size = 27;
     EXPECT_EQ(RefusalOf(m_Window, &filter, 4), ERROR_INVALID_PARAMETER);
+    filter.dbcc_size = 28;
+    auto const notification = RegisterDeviceNotificationA(m_Window, &filter, 4);
+    EXPECT_NE(UnregisterDeviceNotification(notification), FALSE);
     filter.dbcc_size = sizeof filter;
     filter.dbcc_devicetype = DBT_DEVTYP_HANDLE;
     EXPECT_EQ(RefusalOf(m_Window, &filter, 4), ERROR_INVALID_PARAMETER);
@@ -463,9 +484,6 @@ TEST(DeviceNotificationWithoutUsbTest, MachineThatAnnouncesNothingIsRefusedAtOnc
     RegisterTestClass();
     HWND const window = MakeTestWindow();
     SetLastError(0);
-    if (access("/sys/bus/usb", F_OK) == 0) {
-        GTEST_SKIP() << "the kernel of this machine has USB";
-    }
     EXPECT_EQ(Register(window), nullptr);
     EXPECT_EQ(GetLastError(), ERROR_SERVICE_NOT_ACTIVE);
     MSG message;

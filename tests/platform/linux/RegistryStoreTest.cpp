@@ -3,25 +3,25 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <iterator>
-#include <optional>
 #include <string>
 #include <thread>
 #include <utility>
 #include <vector>
 
+#include <fcntl.h>
 #include <sqlite3.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "platform/Environment.h"
 #include "platform/Registry.h"
 #include "platform/RegistryScope.h"
+#include "platform/linux/OtherHands.h"
 #include "platform/linux/StoreAccess.h"
 
 namespace {
@@ -39,28 +39,6 @@ void Execute(fs::path const & file, char const * script) {
     EXPECT_EQ(sqlite3_exec(database, script, nullptr, nullptr, nullptr), SQLITE_OK) << script;
     sqlite3_close(database);
 }
-
-// A child that shares nothing with this process's connection; its answer is its exit code.
-int InChild(std::function<int()> const & act) {
-    pid_t const child = fork();
-    if (child == 0) _exit(act());
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
-// The rights of somebody else for a scope, for a process that may do everything.
-class AsSomebody {
-public:
-    AsSomebody() { EXPECT_EQ(seteuid(m_Own == 0 ? Nobody : m_Own), 0); }
-    AsSomebody(AsSomebody const &) = delete;
-    AsSomebody & operator=(AsSomebody const &) = delete;
-    ~AsSomebody() { EXPECT_EQ(seteuid(m_Own), 0); }
-
-private:
-    static constexpr uid_t Nobody = 65534;
-    uid_t const m_Own = geteuid();
-};
 
 class RegistryStoreTest : public testing::Test {
 protected:
@@ -129,6 +107,7 @@ TEST_F(RegistryStoreTest, FilesInAnOwnFolderAreForTheOwnerAlone) {
     mode_t const mask = umask(0);
     EXPECT_EQ(Write("text"), 0);
     umask(mask);
+    EXPECT_EQ(ModeOf(folder.parent_path()), 0700u);
     EXPECT_EQ(ModeOf(folder), 0700u);
     EXPECT_EQ(ModeOf(folder / "registry.db"), 0600u);
     EXPECT_EQ(ModeOf(folder / "registry.db-journal"), 0600u);
@@ -144,6 +123,7 @@ TEST_F(RegistryStoreTest, AUsersFilesLieWithTheConfiguration) {
     SetEnvironment("HOME", m_Scope.Folder().c_str());
     EXPECT_EQ(Read(HKEY_CURRENT_USER), "<2>");
     EXPECT_EQ(Write(HKEY_CURRENT_USER, Path, "Value", "home"), 0);
+    EXPECT_EQ(ModeOf(m_Scope.Folder() / ".config"), 0700u);
     EXPECT_EQ(ModeOf(m_Scope.Folder() / ".config" / "morvex" / "user.db"), 0600u);
 }
 
@@ -277,6 +257,31 @@ TEST_F(RegistryStoreTest, ALockedFileIsBusyAfterAWhile) {
     sqlite3_close(holder);
     EXPECT_EQ(Read(), "text");
     EXPECT_EQ(Write("other"), 0);
+}
+
+// The file's change counter as if others wrote, twice a second for longer than a quiet file is
+// waited for; then the holder lets go.
+void WriteForLong(int file, sqlite3 * holder) {
+    constexpr off_t changeCounter = 24;
+    for (unsigned char change = 1; change != 14; ++change) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(500));
+        EXPECT_EQ(pwrite(file, &change, 1, changeCounter), 1);
+    }
+    EXPECT_EQ(sqlite3_exec(holder, "ROLLBACK", nullptr, nullptr, nullptr), SQLITE_OK);
+}
+
+TEST_F(RegistryStoreTest, AFileThatOthersWriteIsWaitedForLonger) {
+    EXPECT_EQ(Write("text"), 0);
+    sqlite3 * holder = nullptr;
+    ASSERT_EQ(sqlite3_open(m_Scope.File().c_str(), &holder), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(holder, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+    int const file = open(m_Scope.File().c_str(), O_RDWR | O_CLOEXEC);
+    std::thread others(WriteForLong, file, holder);
+    EXPECT_EQ(Write("other"), 0);
+    others.join();
+    EXPECT_EQ(Read(), "other");
+    sqlite3_close(holder);
+    close(file);
 }
 
 TEST_F(RegistryStoreTest, AChangeFromOutsideIsSeenAtOnce) {

@@ -7,4 +7,6 @@ MORVEX_WRAP(
     udev_monitor *, udev_monitor_new_from_netlink, (udev * context, char const * name),
     (context, name))
 MORVEX_WRAP(int, udev_monitor_enable_receiving, (udev_monitor * monitor), (monitor))
+MORVEX_WRAP(
+    int, udev_monitor_set_receive_buffer_size, (udev_monitor * monitor, int size), (monitor, size))
 MORVEX_WRAP(udev_enumerate *, udev_enumerate_new, (udev * context), (context))

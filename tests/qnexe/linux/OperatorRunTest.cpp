@@ -1,6 +1,11 @@
 // The whole program with an operator at its terminal.
 #include <filesystem>
 #include <string>
+#include <tuple>
+#include <vector>
+
+#include <signal.h>
+#include <termios.h>
 
 #include <gtest/gtest.h>
 
@@ -48,12 +53,13 @@ TEST_F(OperatorRunTest, TheSampleSuiteAsksOneQuestionOfEachKind) {
     terminal.Type("7\r");
     ASSERT_TRUE(terminal.WaitFor("Text> "));
     terminal.Type("\xC2\xB5x\x7fz\r");
-    // Nobody answers the list, and its countdown is seen.
+    // Nobody answers the list, and its countdown is seen, also behind half a key.
     ASSERT_TRUE(terminal.WaitFor("Number 1-3 [3] (5 s)> "));
+    terminal.Type("\x1b");
     ASSERT_TRUE(terminal.WaitFor("Number 1-3 [3] (3 s)> "));
     ASSERT_TRUE(terminal.WaitFor("Number 0-3 [1]> "));
     terminal.Type("0\r");
-    ASSERT_TRUE(terminal.WaitFor("Numbers 1-3> "));
+    ASSERT_TRUE(terminal.WaitFor("Numbers 1-3, or nothing> "));
     terminal.Type("3 1\r");
     ASSERT_TRUE(terminal.WaitFor("File, or nothing> "));
     terminal.Type(File("mou") + "\t\r");
@@ -100,6 +106,46 @@ TEST_F(OperatorRunTest, AnEntryStandsAboveTheQuestionThatWaits) {
     EXPECT_TRUE(Has(terminal, "the name is \"N\""));
 }
 
+TEST_F(OperatorRunTest, AKeyThatLeavesTheLineEmptyIsNotTheEndOfInput) {
+    for (std::string const key :
+         {"\x1b[A", "\x7f", "\x15", "x\x7f", "\x16", "\x12", "\x13", "\xff\x15"}) {
+        SCOPED_TRACE(testing::PrintToString(key));
+        Pty terminal = At("asking");
+        ASSERT_TRUE(terminal.WaitFor("1 Yes, 2 No> "));
+        termios modes = terminal.Modes();
+        modes.c_iflag &= ~static_cast<tcflag_t>(IXON); // the terminal itself would take Ctrl-S
+        terminal.SetModes(modes);
+        terminal.Type(key);
+        terminal.Type("1\r");
+        ASSERT_TRUE(terminal.WaitFor("Text> "));
+        terminal.Type("N\r");
+        EXPECT_EQ(terminal.Finish(), 0);
+        EXPECT_FALSE(Has(terminal, "was not answered"));
+    }
+}
+
+TEST_F(OperatorRunTest, WhatIsTypedBeforeTheFirstQuestionIsNoAnswerToIt) {
+    Pty terminal(
+        "/bin/sh", {"-c", "read go; exec \"$0\" --suite \"$1\"", Program(), Suite("asking")}, {});
+    terminal.Type("go\n1\n");
+    ASSERT_TRUE(terminal.WaitFor("1 Yes, 2 No> "));
+    terminal.Type("2\r");
+    ASSERT_TRUE(terminal.WaitFor("Text> "));
+    terminal.Type("N\r");
+    EXPECT_EQ(terminal.Finish(), 0);
+    EXPECT_TRUE(Has(terminal, "status 0x0, answer 0"));
+}
+
+TEST_F(OperatorRunTest, WhatIsTypedBeforeAQuestionIsNoAnswerToIt) {
+    Pty terminal = At("asking");
+    ASSERT_TRUE(terminal.WaitFor("1 Yes, 2 No> "));
+    terminal.Type("1\rtoo early\r");
+    ASSERT_TRUE(terminal.WaitFor("Text> "));
+    terminal.Type("N\r");
+    EXPECT_EQ(terminal.Finish(), 0);
+    EXPECT_TRUE(Has(terminal, "the name is \"N\""));
+}
+
 TEST_F(OperatorRunTest, TheTerminalIsGivenBackAsItWas) {
     Pty terminal(
         "/bin/sh", {"-c", "\"$0\" --suite \"$1\"; stty -a", Program(), Suite("asking")}, {});
@@ -112,6 +158,76 @@ TEST_F(OperatorRunTest, TheTerminalIsGivenBackAsItWas) {
     EXPECT_TRUE(Has(terminal, " icanon"));
     EXPECT_FALSE(Has(terminal, "-icanon"));
     EXPECT_FALSE(Has(terminal, "-echo "));
+}
+
+// Modes that no program would set by itself.
+termios Unusual(termios modes) {
+    modes.c_iflag |= IXANY | ISTRIP;
+    modes.c_lflag |= TOSTOP | NOFLSH;
+    modes.c_lflag &= ~static_cast<tcflag_t>(ECHOCTL | ECHOE);
+    modes.c_cc[VERASE] = '\b';
+    return modes;
+}
+
+auto Content(termios const & modes) {
+    return std::tuple(
+        modes.c_iflag, modes.c_oflag, modes.c_cflag, modes.c_lflag,
+        std::vector<cc_t>(modes.c_cc, modes.c_cc + NCCS));
+}
+
+TEST_F(OperatorRunTest, WithoutAQuestionTheTerminalKeepsItsModes) {
+    Pty terminal(
+        "/bin/sh", {"-c", "read go; exec \"$0\" --suite \"$1\"", Program(), Suite("endless")}, {});
+    termios const before = Unusual(terminal.Modes());
+    terminal.SetModes(before);
+    terminal.Type("go\n");
+    ASSERT_TRUE(terminal.WaitFor("Start time"));
+    EXPECT_EQ(Content(terminal.Modes()), Content(before));
+}
+
+TEST_F(OperatorRunTest, ASignalThatEndsTheProgramAtAQuestionGivesTheTerminalBack) {
+    for (int const signal : {SIGABRT, SIGHUP, SIGQUIT, SIGTERM}) {
+        SCOPED_TRACE(signal);
+        Pty terminal(
+            "/bin/sh", {"-c", "read go; exec \"$0\" --suite \"$1\"", Program(), Suite("asking")},
+            {});
+        termios const before = Unusual(terminal.Modes());
+        terminal.SetModes(before);
+        terminal.Type("go\n");
+        ASSERT_TRUE(terminal.WaitFor("1 Yes, 2 No> "));
+        EXPECT_NE(Content(terminal.Modes()), Content(before));
+        terminal.Signal(signal);
+        EXPECT_EQ(terminal.FinishBySignal(), signal);
+        EXPECT_EQ(Content(terminal.Modes()), Content(before));
+    }
+}
+
+TEST_F(OperatorRunTest, TheSecondInterruptAtAQuestionGivesTheTerminalBackToo) {
+    Pty terminal = At("asking");
+    termios const before = terminal.Modes();
+    ASSERT_TRUE(terminal.WaitFor("1 Yes, 2 No> "));
+    terminal.Signal(SIGINT);
+    terminal.Signal(SIGINT);
+    // The first one may have ended the run in order before the second was there.
+    terminal.Finish();
+    EXPECT_EQ(Content(terminal.Modes()), Content(before));
+}
+
+TEST_F(OperatorRunTest, AProgramThatWasStoppedAtAQuestionAsksItAgain) {
+    Pty terminal(
+        "/bin/sh",
+        {"-c", "set -m; \"$0\" --suite \"$1\"; stty -a; fg >/dev/null", Program(), Suite("asking")},
+        {});
+    ASSERT_TRUE(terminal.WaitFor("1 Yes, 2 No> "));
+    terminal.Type("\x1a");
+    ASSERT_TRUE(terminal.WaitFor("speed"));
+    ASSERT_TRUE(terminal.WaitFor("1 Yes, 2 No> ", 2));
+    EXPECT_TRUE(Has(terminal, " icanon"));
+    EXPECT_EQ(terminal.Modes().c_lflag & (ICANON | ECHO), 0u);
+    terminal.Type("1\r");
+    ASSERT_TRUE(terminal.WaitFor("Text> "));
+    terminal.Type("N\r");
+    EXPECT_EQ(terminal.Finish(), 0);
 }
 
 } // namespace

@@ -76,21 +76,50 @@ bool Pty::ReadSome() {
     return true;
 }
 
-bool Pty::WaitFor(std::string const & text) {
-    while (m_Shown.find(text) == m_Shown.npos)
+void Pty::Signal(int signal) { kill(m_Child, signal); }
+
+termios Pty::Modes() const {
+    termios modes = {};
+    if (tcgetattr(m_Terminal, &modes) != 0)
+        throw std::system_error(errno, std::generic_category(), "the terminal has no modes");
+    return modes;
+}
+
+void Pty::SetModes(termios const & modes) { tcsetattr(m_Terminal, TCSANOW, &modes); }
+
+int Pty::CountOf(std::string const & text) const {
+    int count = 0;
+    for (std::size_t at = 0; (at = m_Shown.find(text, at)) != m_Shown.npos; at += text.size())
+        ++count;
+    return count;
+}
+
+bool Pty::WaitFor(std::string const & text, int times) {
+    while (CountOf(text) < times)
         if (!ReadSome()) return false;
     return true;
 }
 
-std::optional<int> Pty::Finish() {
+std::optional<int> Pty::FinalStatus() {
     while (ReadSome()) {
     }
     if (std::chrono::steady_clock::now() >= m_Deadline) return std::nullopt;
     int status = 0;
     waitpid(m_Child, &status, 0);
     m_Child = -1;
-    if (!WIFEXITED(status)) return std::nullopt;
-    return WEXITSTATUS(status);
+    return status;
+}
+
+std::optional<int> Pty::Finish() {
+    auto const status = FinalStatus();
+    if (!status || !WIFEXITED(*status)) return std::nullopt;
+    return WEXITSTATUS(*status);
+}
+
+std::optional<int> Pty::FinishBySignal() {
+    auto const status = FinalStatus();
+    if (!status || !WIFSIGNALED(*status)) return std::nullopt;
+    return WTERMSIG(*status);
 }
 
 // The terminal puts a return before each line feed.

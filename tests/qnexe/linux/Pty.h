@@ -10,6 +10,7 @@
 #include <vector>
 
 #include <sys/types.h>
+#include <termios.h>
 
 class Pty {
 public:
@@ -25,18 +26,30 @@ public:
 
     void Type(std::string const & keys);
 
-    // Reads until the text has come. False: the child has ended or a minute is over.
-    bool WaitFor(std::string const & text);
+    // Sends the program a signal.
+    void Signal(int signal);
+
+    // The modes that the terminal has now; the program's, before it changes them.
+    termios Modes() const;
+    void SetModes(termios const & modes);
+
+    // Reads until the text has come so often. False: the child has ended or a minute is over.
+    bool WaitFor(std::string const & text, int times = 1);
 
     // Reads to the child's end and gives its exit code; empty when a signal ended it or a minute
     // is over.
     std::optional<int> Finish();
+    // The same with the signal that ended it; empty without one.
+    std::optional<int> FinishBySignal();
 
     // Everything that was shown so far, with the line ends that the program wrote.
     std::string Shown() const;
 
 private:
     bool ReadSome();
+    int CountOf(std::string const & text) const;
+    // The status that the system keeps of a child that has ended.
+    std::optional<int> FinalStatus();
 
     int m_Terminal = -1;
     pid_t m_Child = -1;

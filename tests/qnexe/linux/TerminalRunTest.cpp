@@ -209,6 +209,15 @@ TEST_F(TerminalRunTest, NoColorShowsTextAlone) {
     EXPECT_EQ(WithoutProgress(terminal.Shown()).find('\x1b'), std::string::npos);
 }
 
+TEST_F(TerminalRunTest, WithoutColorsEveryEntryHasItsWord) {
+    for (Pty::Variables const & variables :
+         {Pty::Variables{{"NO_COLOR", "1"}}, {{"CLICOLOR", "0"}}, {{"TERM", "dumb"}}}) {
+        Pty terminal = At("passing", variables);
+        EXPECT_EQ(terminal.Finish(), 0);
+        EXPECT_EQ(Normalized(terminal.Shown()), RunSuite("passing").error);
+    }
+}
+
 TEST_F(TerminalRunTest, CliColorZeroShowsTextAloneUnlessColorsAreForced) {
     Pty plain = At("passing", {{"CLICOLOR", "0"}});
     EXPECT_EQ(plain.Finish(), 0);
