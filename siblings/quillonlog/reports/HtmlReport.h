@@ -17,7 +17,7 @@
 
 class HtmlReport : public ReportSink {
 public:
-    static constexpr std::size_t MostEntries = 200'000;
+    static constexpr std::size_t MostEntries = 100'000;
     static constexpr std::size_t LeastOfSection = 10;
 
     explicit HtmlReport(std::unique_ptr<ReportFile> file) : m_File(std::move(file)) {}
