@@ -5,6 +5,7 @@
 #include <cctype>
 #include <charconv>
 #include <cstdint>
+#include <stdexcept>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -76,10 +77,20 @@ std::string CheckView(std::string const & text) {
     return '"' + text + "\" is no view: give auto, console or formatted";
 }
 
+std::string CheckReports(std::string const & text) {
+    try {
+        ReadReportRequest(text);
+    } catch (std::runtime_error const & wrong) {
+        return wrong.what();
+    }
+    return {};
+}
+
 struct Raw {
     std::string suite;
     std::string recordings;
     std::string log;
+    std::vector<std::string> reports;
     std::string verbosity;
     std::string view;
     bool interactive = false;
@@ -134,6 +145,13 @@ void Describe(CLI::App & app, Raw & raw) {
         ->type_name("DIR");
     app.add_option("--log", raw.log, "A text file to append the log to")->type_name("FILE");
     app.add_option(
+           "--report", raw.reports,
+           "The reports to write: html:<path>,\njunit:<path>,json:<path>, and overwrite\n"
+           "to replace files; in place of QN_REPORT")
+        ->allow_extra_args(false)
+        ->check(CheckReports)
+        ->type_name("REPORTS");
+    app.add_option(
            "--verbosity", raw.verbosity,
            "How much to log: Quiet, Minimal, Low, Normal (the\n"
            "default), Verbose, Diagnostic, Internal,\nor a number from 0 to 255")
@@ -183,11 +201,25 @@ void TakeSettings(CLI::App const & app, Raw const & raw, HostOptions & options) 
             options.given.emplace_back(option->get_single_name(), Joined(option->results()));
 }
 
+// Several words together may still name a format twice.
+std::optional<CReportRequest> ReportsOf(Raw const & raw) {
+    if (raw.reports.empty()) return std::nullopt;
+    std::string all;
+    for (std::string const & word : raw.reports)
+        all += (all.empty() ? "" : ",") + word;
+    try {
+        return ReadReportRequest(all);
+    } catch (std::runtime_error const & wrong) {
+        throw CLI::ValidationError("--report", wrong.what());
+    }
+}
+
 HostOptions OptionsOf(CLI::App const & app, Raw const & raw) {
     HostOptions options;
     options.suite = raw.suite;
     options.recordings = IfGiven(app, "--recordings", raw.recordings);
     options.log = IfGiven(app, "--log", raw.log);
+    options.reports = ReportsOf(raw);
     options.verbosity = LevelOf(raw.verbosity).value_or(Normal);
     options.view = ViewOf(raw.view).value_or(LogView::Auto);
     options.interactive = raw.interactive;
@@ -216,6 +248,7 @@ ReadCommandLine(std::vector<std::string> const & arguments) {
     try {
         Parse(app, arguments);
         if (!raw.showSettings && app.count("--suite") == 0) throw CLI::RequiredError("--suite");
+        return OptionsOf(app, raw);
     } catch (CLI::CallForHelp const &) {
         return CommandLineReply{app.help() + '\n', false};
     } catch (CLI::CallForVersion const & version) {
@@ -223,5 +256,4 @@ ReadCommandLine(std::vector<std::string> const & arguments) {
     } catch (CLI::ParseError const & error) {
         return UsageError(error);
     }
-    return OptionsOf(app, raw);
 }
