@@ -88,6 +88,7 @@ std::string CheckReports(std::string const & text) {
 
 struct Raw {
     std::string suite;
+    bool window = false;
     std::string recordings;
     std::string log;
     std::vector<std::string> reports;
@@ -141,6 +142,10 @@ void Describe(CLI::App & app, Raw & raw) {
     app.add_option("--suite", raw.suite, "The test suite to run, a shared library")
         ->check(CheckNotEmpty)
         ->type_name("FILE");
+    app.add_flag(
+        "--window", raw.window,
+        "Show a window in which runs are started (Windows only); so does a start from the desktop "
+        "without options");
     app.add_option("--recordings", raw.recordings, "Recorded devices that the suite reads")
         ->type_name("DIR");
     app.add_option("--log", raw.log, "A text file to append the log to")->type_name("FILE");
@@ -217,6 +222,7 @@ std::optional<CReportRequest> ReportsOf(Raw const & raw) {
 HostOptions OptionsOf(CLI::App const & app, Raw const & raw) {
     HostOptions options;
     options.suite = raw.suite;
+    options.window = raw.window;
     options.recordings = IfGiven(app, "--recordings", raw.recordings);
     options.log = IfGiven(app, "--log", raw.log);
     options.reports = ReportsOf(raw);
@@ -247,7 +253,8 @@ ReadCommandLine(std::vector<std::string> const & arguments) {
     Describe(app, raw);
     try {
         Parse(app, arguments);
-        if (!raw.showSettings && app.count("--suite") == 0) throw CLI::RequiredError("--suite");
+        bool const runs = !raw.showSettings && !raw.window;
+        if (runs && app.count("--suite") == 0) throw CLI::RequiredError("--suite");
         return OptionsOf(app, raw);
     } catch (CLI::CallForHelp const &) {
         return CommandLineReply{app.help() + '\n', false};

@@ -23,8 +23,11 @@ enum class LogView {
 };
 
 struct HostOptions {
-    // The shared library with the suite; empty only with showSettings.
+    // The shared library with the suite; empty only with showSettings and window.
     std::string suite;
+
+    // Instead of one run a window is shown, in which the operator starts runs.
+    bool window = false;
 
     // Where the suite finds recorded devices, for suites that read them.
     std::optional<std::string> recordings;

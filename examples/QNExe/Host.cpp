@@ -15,28 +15,21 @@
 #include "examples/QNExe/reports/Listeners.h"
 #include "examples/QNExe/reports/RunFacts.h"
 #include "examples/QNExe/view/ConsoleLines.h"
+#include "examples/QNExe/view/DefaultLook.h"
 #include "examples/QNExe/view/LogFile.h"
 #include "log/CMXLog.h"
 #include "output/CUIUpdate.h"
 
 namespace {
 
-// The look of text that names none. It specifies everything that a log changes, so that a return to
-// it undoes every change.
-void SetDefaultLook() {
-    CFormatInfo look;
-    look.setBold(false, 400);
-    look.setItalic(false);
-    look.setUnderline(false);
-    look.clearColor();
-    look.clearBackColor();
-    look.format.cbSize = sizeof look.format;
-    COutputBuffer::InitializeDefaultFormatInfo(look.format);
-}
-
 bool IsFormatted(LogView view) {
     if (view != LogView::Auto) return view == LogView::Formatted;
     return IsColorTerminal(stderr);
+}
+
+std::unique_ptr<FormattedView> ViewFor(HostOptions const & options, RunView const * given) {
+    if (given != nullptr || !IsFormatted(options.view)) return nullptr;
+    return std::make_unique<FormattedView>(stderr);
 }
 
 // Hears of a suite for a scope.
@@ -115,11 +108,12 @@ Host::LibraryState::~LibraryState() {
     CAppState::CleanupAppState();
 }
 
-Host::Host(HostOptions const & options)
+Host::Host(HostOptions const & options, RunView * view)
     : m_Options(options),
       m_Settings(m_Options),
-      m_View(IsFormatted(options.view) ? std::make_unique<FormattedView>(stderr) : nullptr),
-      m_Window(m_View.get()),
+      m_OwnView(ViewFor(options, view)),
+      m_View(view != nullptr ? view : m_OwnView.get()),
+      m_Window(m_View),
       m_Questions(m_Window, m_SuiteLog),
       m_Library(options.suite) {
     FillState();
@@ -137,7 +131,7 @@ void Host::FillState() {
 }
 
 void Host::BindWindow() {
-    SetDefaultLook();
+    InitializeDefaultLook();
     CUIUpdate::GetUIUpdate(m_Window.Handle())->SetOutputBuffer(&m_Output);
 }
 
@@ -207,8 +201,9 @@ bool Host::IsRecorded() const { return m_View || m_Reports; }
 void Host::RunTests(TestSuite & suite, CTestSuiteListener * file) {
     ConsoleLines lines;
     Listeners listeners;
-    if (IsRecorded() && !m_View) listeners.Add(lines);
-    if (file != nullptr) listeners.Add(*file);
+    if (IsRecorded() && m_View == nullptr) listeners.Add(lines);
+    if (m_View != nullptr) listeners.AddAny(m_View->Listener());
+    listeners.AddAny(file);
     if (m_Reports) listeners.Add(m_Reports->Listener());
     Listening const listening(m_SuiteLog, listeners);
     RunningSuite const running(

@@ -16,13 +16,15 @@
 #include "examples/QNExe/reports/RunReports.h"
 #include "examples/QNExe/settings/RunSettings.h"
 #include "examples/QNExe/view/FormattedView.h"
+#include "examples/QNExe/view/RunView.h"
 #include "output/COutputBuffer.h"
 #include "siblings/QuillonLog.h"
 
 class Host {
 public:
-    // Both throw std::runtime_error, whose text says what to do, when the suite cannot run.
-    explicit Host(HostOptions const & options);
+    // Shows the run in `view`, which stays the caller's; null: as the options say. Both throw
+    // std::runtime_error, whose text says what to do, when the suite cannot run.
+    explicit Host(HostOptions const & options, RunView * view = nullptr);
     ExitCode Run();
 
 private:
@@ -50,8 +52,10 @@ private:
     RunSettings m_Settings;
     COutputBuffer m_Output;
     CTestSuiteLog m_SuiteLog;
-    // Only for a formatted log.
-    std::unique_ptr<FormattedView> m_View;
+    // Only for a formatted log that has no view of the caller's.
+    std::unique_ptr<FormattedView> m_OwnView;
+    // Null for the console's log.
+    RunView * m_View;
     HostWindow m_Window;
     OperatorQuestions m_Questions;
     SuiteLibrary m_Library;

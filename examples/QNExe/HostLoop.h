@@ -6,6 +6,7 @@
 #include "platform/Messaging.h"
 
 class CPromptService;
+class RunView;
 
 class HostLoop {
 public:
@@ -28,10 +29,14 @@ public:
     // Serves the operator's questions too, until null is given; for the window thread.
     void Questions(CPromptService * prompts) { m_Prompts = prompts; }
 
+    // On Windows: gives this view the keys that no question has taken; null for none.
+    void Keys(RunView * view) { m_View = view; }
+
     // Until a window's procedure calls PostQuitMessage.
     void Run() noexcept;
 
 private:
     HWND m_Window;
     CPromptService * m_Prompts = nullptr;
+    RunView * m_View = nullptr;
 };

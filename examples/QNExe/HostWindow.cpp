@@ -7,7 +7,7 @@
 
 #include "app/CAppState.h"
 #include "examples/QNExe/reports/DeviceEventText.h"
-#include "examples/QNExe/view/FormattedView.h"
+#include "examples/QNExe/view/RunView.h"
 #include "messages/CWMDeviceChange.h"
 #include "output/COutputBuffer.h"
 #include "output/CUIUpdate.h"
@@ -26,7 +26,7 @@ static_assert(HostLoop::InterruptMessage != CUIUpdate::UpdateMessage);
 // Read and written by the window's procedure alone.
 bool abortsRefused = false;
 bool renderPending = false;
-FormattedView * shownIn = nullptr;
+RunView * shownIn = nullptr;
 CPromptService * questions = nullptr;
 
 [[noreturn]] void Fail() {
@@ -120,11 +120,12 @@ HostWindow::Window::Window()
 
 HostWindow::Window::~Window() { DestroyWindow(handle); }
 
-HostWindow::HostWindow(FormattedView * view) : m_Loop(m_Window.handle) {
+HostWindow::HostWindow(RunView * view) : m_Loop(m_Window.handle) {
     abortsRefused = false;
     renderPending = false;
     shownIn = view;
     questions = nullptr;
+    m_Loop.Keys(view);
 }
 
 void HostWindow::Serve() noexcept { m_Loop.Run(); }
@@ -169,6 +170,7 @@ LRESULT CALLBACK HostWindow::Receive(HWND window, UINT message, WPARAM wParam, L
         return TRUE;
     case EndMessage:
         ShowTheRest();
+        if (shownIn != nullptr) shownIn->AtEnd();
         PostQuitMessage(0);
         return 0;
     default:

@@ -9,14 +9,14 @@
 #include "platform/Messaging.h"
 
 class CPromptService;
-class FormattedView;
+class RunView;
 
 class HostWindow {
 public:
     // Shows the run's text in `view`, which stays the caller's, or drops it when that is null.
     // Throws std::runtime_error when the system has no window to give or Ctrl-C cannot be watched;
     // nothing is left behind then.
-    explicit HostWindow(FormattedView * view = nullptr);
+    explicit HostWindow(RunView * view = nullptr);
     HostWindow(HostWindow const &) = delete;
     HostWindow & operator=(HostWindow const &) = delete;
     ~HostWindow() = default;

@@ -8,6 +8,7 @@
 #include "examples/QNExe/CommandLine.h"
 #include "examples/QNExe/ExitCode.h"
 #include "examples/QNExe/Host.h"
+#include "examples/QNExe/OperatorWindow.h"
 #include "examples/QNExe/settings/RunSettings.h"
 
 namespace {
@@ -20,6 +21,7 @@ ExitCode Answer(CommandLineReply const & reply) {
 ExitCode Run(HostOptions const & options) {
     try {
         if (options.showSettings) return Answer({SettingsText(options), false});
+        if (options.window) return ServeOperator(options);
         return Host(options).Run();
     } catch (std::exception const & failure) {
         std::fprintf(stderr, "QNExe: %s\n", failure.what());
@@ -30,7 +32,8 @@ ExitCode Run(HostOptions const & options) {
 } // namespace
 
 int main(int count, char ** arguments) {
-    std::vector<std::string> const given(arguments + (count > 0 ? 1 : 0), arguments + count);
+    std::vector<std::string> given(arguments + (count > 0 ? 1 : 0), arguments + count);
+    if (given.empty() && IsStartedFromDesktop()) given.push_back("--window");
     auto const read = ReadCommandLine(given);
     auto const * const options = std::get_if<HostOptions>(&read);
     auto const code = options != nullptr ? Run(*options) : Answer(std::get<CommandLineReply>(read));

@@ -71,6 +71,17 @@ TEST(CommandLineTest, ReportsOfSeveralOptionsComeTogether) {
         (CReportRequest{{{EReportFormat::Html, "a"}, {EReportFormat::Json, "b"}}, true}));
 }
 
+TEST(CommandLineTest, AWindowNeedsNoSuiteAndTakesTheOtherOptions) {
+    EXPECT_FALSE(Options({"--suite", "s.so"}).window);
+    HostOptions const alone = Options({"--window"});
+    EXPECT_TRUE(alone.window);
+    EXPECT_EQ(alone.suite, "");
+    HostOptions const both = Options({"--window", "--suite", "s.so", "--recordings", "dir"});
+    EXPECT_TRUE(both.window);
+    EXPECT_EQ(both.suite, "s.so");
+    EXPECT_EQ(both.recordings, "dir");
+}
+
 TEST(CommandLineTest, ValueMayStandBehindAnEqualsSign) {
     HostOptions const options = Options({"--suite=s.so", "--log=run=1.log"});
     EXPECT_EQ(options.suite, "s.so");

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/Host.h"
 #include "qnexe/ChildHost.h"
 
 namespace {
@@ -255,6 +256,16 @@ TEST_F(QNExeTest, UsageErrorGoesToStandardErrorAndEndsWith4) {
 
 TEST_F(QNExeTest, VersionGoesToStandardOutput) {
     EXPECT_EQ(Run({"--version"}), (Result{0, "QNExe " PROJECT_VERSION "\n", ""}));
+}
+
+TEST_F(QNExeTest, WhereThereIsNoWindowTheWishForOneEndsWith4) {
+    if (ON_WINDOWS) GTEST_SKIP() << "there is a window";
+    EXPECT_EQ(
+        Run({"--window"}),
+        (Result{
+            4, "",
+            "QNExe: there is a window on Windows only. Leave --window out: the terminal shows the "
+            "log.\n"}));
 }
 
 TEST_F(QNExeTest, HelpGoesToStandardOutput) {

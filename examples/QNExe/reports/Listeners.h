@@ -9,6 +9,9 @@ class Listeners : public CTestSuiteListener {
 public:
     // It stays the caller's. Before anything is told.
     void Add(CTestSuiteListener & listener) { m_All.push_back(&listener); }
+    void AddAny(CTestSuiteListener * listener) {
+        if (listener != nullptr) Add(*listener);
+    }
 
     void EntryWritten(CTestLog const & test, CTestLogEntry const & entry) override {
         for (auto * const each : m_All)

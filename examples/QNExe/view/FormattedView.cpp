@@ -2,10 +2,9 @@
 #include "examples/QNExe/view/FormattedView.h"
 
 #include <cstdlib>
-#include <utility>
+#include <string>
 
 #include "examples/QNExe/view/Terminal.h"
-#include "output/CUIUpdate.h"
 
 namespace {
 
@@ -48,25 +47,8 @@ bool IsColorTerminal(std::FILE * stream) {
 
 FormattedView::FormattedView(std::FILE * stream) : m_View(stream, SettingsFor(stream)) {}
 
-bool FormattedView::TakeOver(bool testWaits) {
-    CUIUpdate const & update = *CUIUpdate::GetUIUpdate();
-    Progress progress{update.ProgressPosition(), update.ProgressRange(), m_Progress.label};
-    if (testWaits) progress.label = update.ProgressLabel();
-    if (progress != m_Progress) {
-        m_Progress = std::move(progress);
-        m_ProgressIsNew = true;
-    }
-    if (COutputBuffer * const buffer = CUIUpdate::GetBuffer())
-        if (COutputBuffer::DataTable * const table = buffer->GetText())
-            m_Tables.emplace_back(table);
-    return m_ProgressIsNew || !m_Tables.empty();
-}
-
 void FormattedView::Render() {
-    while (!m_Tables.empty()) {
-        auto const table = std::move(m_Tables.front());
-        m_Tables.pop_front();
+    while (auto const table = m_Intake.NextTable())
         m_View.Show(m_Reader.Read(*table));
-    }
-    if (std::exchange(m_ProgressIsNew, false)) m_View.Show(m_Progress);
+    if (auto const progress = m_Intake.NewProgress()) m_View.Show(*progress);
 }

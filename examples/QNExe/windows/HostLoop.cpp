@@ -4,6 +4,7 @@
 #include <atomic>
 #include <system_error>
 
+#include "examples/QNExe/view/RunView.h"
 #include "siblings/Promptline.h"
 
 namespace {
@@ -46,6 +47,7 @@ void HostLoop::Run() noexcept {
         if (message.hwnd == m_Window && message.message == WM_TIMER)
             SendMessageA(m_Window, IdleMessage, 0, 0);
         if (m_Prompts != nullptr && m_Prompts->TakesMessage(&message)) continue;
+        if (m_View != nullptr && m_View->TakesMessage(&message)) continue;
         TranslateMessage(&message);
         DispatchMessageW(&message);
     }
