@@ -142,8 +142,7 @@ void Describe(CLI::App & app, Raw & raw) {
     app.add_option("--suite", raw.suite, "The test suite to run, a shared library")
         ->check(CheckNotEmpty)
         ->type_name("FILE");
-    app.add_flag("--window", raw.window, "A window to start and watch runs in, on Windows"); so does a start from the desktop "
-        "without options");
+    app.add_flag("--window", raw.window, "A window to start and watch runs in, on Windows");
     app.add_option("--recordings", raw.recordings, "Recorded devices that the suite reads")
         ->type_name("DIR");
     app.add_option("--log", raw.log, "A text file to append the log to")->type_name("FILE");
