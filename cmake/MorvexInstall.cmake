@@ -56,6 +56,7 @@ set(MORVEX_PUBLIC_HEADERS
   siblings/Keelbase.h
   siblings/Promptline.h
   siblings/QuillonLog.h
+  siblings/QuillonReports.h
   xml/CComSessionMgr.h
   xml/CDOMDoc.h
   examples/TestSuite.h)

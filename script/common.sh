@@ -27,14 +27,14 @@ progress() {
     fi
 }
 
-# build PRESET [cmake argument...]: configures and builds; what configuring says shows only when it
-# fails.
+# build PRESET [target...]: configures and builds, all unless told what; what configuring says shows
+# only when it fails.
 build() {
     local preset=$1
     shift
     step "build: $preset"
-    cmake --preset "$preset" "$@" >"$root/build/$preset.configure.log" 2>&1 ||
+    cmake --preset "$preset" >"$root/build/$preset.configure.log" 2>&1 ||
         { cat "$root/build/$preset.configure.log" >&2; fail "configuring '$preset' failed"; }
-    cmake --build --preset "$preset" | progress || fail "building '$preset' failed"
+    cmake --build --preset "$preset" ${1:+--target "$@"} | progress || fail "building '$preset' failed"
 }
 mkdir -p "$root/build"

@@ -48,18 +48,35 @@ struct CTestPrompt {
     std::size_t test = 0;
 };
 
+// Something that happened to a device while the tests ran. Texts are UTF-8.
+struct CTestDeviceEvent {
+    std::string what{};
+    // The system's name of the device; empty where it gave none.
+    std::string device{};
+};
+
 class CTestLog;
 class CTestSuiteLog;
 
-// Told of entries as they are stored, on the thread that stores them: for a host that keeps what
-// the records hold in a place of its own.
+// Told of what is stored as it is stored, on the thread that stores it: for a host that keeps what
+// the records hold in a place of its own. All arguments are borrowed for the call. An exception
+// leaves through the operation that told; what it stored is stored all the same.
 class QUILLONLOG_API CTestSuiteListener {
 public:
     virtual ~CTestSuiteListener();
 
-    // Both are borrowed for the call. An exception leaves through the operation that stored the
-    // entry; the entry is stored all the same.
     virtual void EntryWritten(CTestLog const & test, CTestLogEntry const & entry) = 0;
+
+    // The record is new, and so without the name that its test will bear. Nothing happens unless
+    // overridden, as with all that follows.
+    virtual void TestOpened(CTestLog const & test, std::string const & name);
+
+    // The record has all that the test left in it. Later entries of the same record may follow.
+    virtual void TestClosed(CTestLog const & test);
+
+    // These two come on any thread, also at the same time as the others.
+    virtual void PromptAdded(CTestPrompt const & prompt);
+    virtual void DeviceEventAdded(CTestDeviceEvent const & event);
 };
 
 // The record of one test: its name, times, result, entries, and how many of each kind were logged.
@@ -143,22 +160,28 @@ public:
     // which is the stop time of a test whose log has stored none. The record stays current until
     // the next one is opened, so that later entries have a place.
     CTestLog & OpenTest(bool actualTest);
+    // The name is for the listener alone.
+    CTestLog & OpenTest(bool actualTest, std::string const & name);
     void CloseTest();
 
     // The record of the current test; the suite keeps it.
     CTestLog * CurrentTestLog();
 
-    // Whom to tell of entries; null, as at first, for nobody. It stays the caller's.
+    // Whom to tell of what is stored; null, as at first, for nobody. It stays the caller's. It is
+    // set on the thread that runs the tests; when that returns, no call is on its way to the one
+    // before.
     void Listener(CTestSuiteListener * listener);
     CTestSuiteListener * Listener() const;
 
     // Every record in running order, the one before the first test included.
     std::vector<std::unique_ptr<CTestLog>> const & TestLogs() const;
 
-    // Keeps a question, as one of the current test, whatever its `test` says. These two may be
+    // Keeps a question, as one of the current test, whatever its `test` says. These four may be
     // called from any thread, also while the tests run.
     void AddPrompt(CTestPrompt prompt);
     std::vector<CTestPrompt> Prompts() const;
+    void AddDeviceEvent(CTestDeviceEvent event);
+    std::vector<CTestDeviceEvent> DeviceEvents() const;
 
     // Report data in the order in which it came; a key may stand more than once.
     void AddMeta(std::string const & key, std::string const & value);

@@ -5,6 +5,7 @@
 #include <cctype>
 #include <charconv>
 #include <cstdint>
+#include <stdexcept>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -76,11 +77,21 @@ std::string CheckView(std::string const & text) {
     return '"' + text + "\" is no view: give auto, console or formatted";
 }
 
+std::string CheckReports(std::string const & text) {
+    try {
+        ReadReportRequest(text);
+    } catch (std::runtime_error const & wrong) {
+        return wrong.what();
+    }
+    return {};
+}
+
 struct Raw {
     std::string suite;
     bool window = false;
     std::string recordings;
     std::string log;
+    std::vector<std::string> reports;
     std::string verbosity;
     std::string view;
     bool interactive = false;
@@ -131,14 +142,17 @@ void Describe(CLI::App & app, Raw & raw) {
     app.add_option("--suite", raw.suite, "The test suite to run, a shared library")
         ->check(CheckNotEmpty)
         ->type_name("FILE");
-    app.add_flag(
-        "--window", raw.window,
-        "Show a window in which runs are started\n"
-        "(Windows only), as a start from the desktop\n"
-        "without options does");
+    app.add_flag("--window", raw.window, "A window to start and watch runs in, on Windows");
     app.add_option("--recordings", raw.recordings, "Recorded devices that the suite reads")
         ->type_name("DIR");
     app.add_option("--log", raw.log, "A text file to append the log to")->type_name("FILE");
+    app.add_option(
+           "--report", raw.reports,
+           "The reports to write: html:<path>,\njunit:<path>,json:<path>, and overwrite\n"
+           "to replace files; in place of QN_REPORT")
+        ->allow_extra_args(false)
+        ->check(CheckReports)
+        ->type_name("REPORTS");
     app.add_option(
            "--verbosity", raw.verbosity,
            "How much to log: Quiet, Minimal, Low, Normal (the\n"
@@ -189,12 +203,26 @@ void TakeSettings(CLI::App const & app, Raw const & raw, HostOptions & options) 
             options.given.emplace_back(option->get_single_name(), Joined(option->results()));
 }
 
+// Several words together may still name a format twice.
+std::optional<CReportRequest> ReportsOf(Raw const & raw) {
+    if (raw.reports.empty()) return std::nullopt;
+    std::string all;
+    for (std::string const & word : raw.reports)
+        all += (all.empty() ? "" : ",") + word;
+    try {
+        return ReadReportRequest(all);
+    } catch (std::runtime_error const & wrong) {
+        throw CLI::ValidationError("--report", wrong.what());
+    }
+}
+
 HostOptions OptionsOf(CLI::App const & app, Raw const & raw) {
     HostOptions options;
     options.suite = raw.suite;
     options.window = raw.window;
     options.recordings = IfGiven(app, "--recordings", raw.recordings);
     options.log = IfGiven(app, "--log", raw.log);
+    options.reports = ReportsOf(raw);
     options.verbosity = LevelOf(raw.verbosity).value_or(Normal);
     options.view = ViewOf(raw.view).value_or(LogView::Auto);
     options.interactive = raw.interactive;
@@ -224,6 +252,7 @@ ReadCommandLine(std::vector<std::string> const & arguments) {
         Parse(app, arguments);
         bool const runs = !raw.showSettings && !raw.window;
         if (runs && app.count("--suite") == 0) throw CLI::RequiredError("--suite");
+        return OptionsOf(app, raw);
     } catch (CLI::CallForHelp const &) {
         return CommandLineReply{app.help() + '\n', false};
     } catch (CLI::CallForVersion const & version) {
@@ -231,5 +260,4 @@ ReadCommandLine(std::vector<std::string> const & arguments) {
     } catch (CLI::ParseError const & error) {
         return UsageError(error);
     }
-    return OptionsOf(app, raw);
 }

@@ -11,6 +11,7 @@
 
 #include "examples/QNExe/settings/SettingWords.h"
 #include "log/TestStatus.h"
+#include "siblings/QuillonReports.h"
 
 enum class LogView {
     // Formatted when standard error is a terminal, otherwise Console.
@@ -33,6 +34,9 @@ struct HostOptions {
 
     // The file that receives the log besides standard error.
     std::optional<std::string> log;
+
+    // The reports to write; none: what the variable QN_REPORT asks for.
+    std::optional<CReportRequest> reports;
 
     eQNLogVerbosity verbosity = Normal;
 

@@ -12,6 +12,9 @@
 #include "app/Common.h"
 #include "examples/QNExe/ProgramName.h"
 #include "examples/QNExe/TestEngine.h"
+#include "examples/QNExe/reports/Listeners.h"
+#include "examples/QNExe/reports/RunFacts.h"
+#include "examples/QNExe/view/ConsoleLines.h"
 #include "examples/QNExe/view/DefaultLook.h"
 #include "examples/QNExe/view/LogFile.h"
 #include "log/CMXLog.h"
@@ -29,11 +32,11 @@ std::unique_ptr<FormattedView> ViewFor(HostOptions const & options, RunView cons
     return std::make_unique<FormattedView>(stderr);
 }
 
-// Hears of a suite's entries for a scope, when there is a listener.
+// Hears of a suite for a scope.
 class Listening {
 public:
-    Listening(CTestSuiteLog & suite, CTestSuiteListener * listener) : m_Suite(suite) {
-        m_Suite.Listener(listener);
+    Listening(CTestSuiteLog & suite, CTestSuiteListener & listener) : m_Suite(suite) {
+        m_Suite.Listener(&listener);
     }
     Listening(Listening const &) = delete;
     Listening & operator=(Listening const &) = delete;
@@ -136,6 +139,7 @@ ExitCode Host::Run() {
     std::thread testThread([this] { RunToTheEnd(); });
     m_Window.Serve();
     testThread.join();
+    if (m_Reports) m_Reports->Tell();
     if (m_Failure) throw std::runtime_error(*m_Failure);
     return m_ExitCode;
 }
@@ -153,14 +157,31 @@ void Host::RunToTheEnd() {
 
 ExitCode Host::RunSuite() {
     auto const suite = OfSuite("be made", [this] { return m_Library.MakeSuite(); });
-    RunTests(*suite);
+    CReportRequest const request = RequestedReports(m_Options);
+    if (!request.files.empty())
+        m_Reports = std::make_unique<RunReports>(
+            request, GatherFacts(m_Options, m_Settings, OfSuite("tell its name", [&] {
+                                     return suite->Name();
+                                 })));
+    ExitCode const code = RunReported(*suite);
+    return m_Reports ? m_Reports->End(m_SuiteLog, code) : code;
+}
+
+// What keeps the suite from running stands in the reports too.
+ExitCode Host::RunReported(TestSuite & suite) {
+    try {
+        RunTests(suite);
+    } catch (std::exception const & failure) {
+        if (m_Reports) m_Reports->End(m_SuiteLog, ExitCode::CouldNotRun, failure.what());
+        throw;
+    }
     return ExitCodeOf(m_SuiteLog, CUIUpdate::GetUIUpdate()->AbortFunction());
 }
 
 // A verdict counts only with the log that tells of it.
 void Host::RunTests(TestSuite & suite) {
     if (!m_Options.log) return RunTests(suite, nullptr);
-    if (m_View) {
+    if (IsRecorded()) {
         LogFile file(*m_Options.log);
         RunTests(suite, &file);
         return file.CheckWhole();
@@ -171,12 +192,22 @@ void Host::RunTests(TestSuite & suite) {
     watch.CheckWhole();
 }
 
+// The console's log keeps no record, and reports are made of it: with them the host shows the lines
+// itself.
+bool Host::IsRecorded() const { return m_View || m_Reports; }
+
 // The log writes its summary when it ends, where nothing may throw: by then no update is armed,
 // and no abort can come in between the summary and the exit code.
-void Host::RunTests(TestSuite & suite, CTestSuiteListener * listener) {
-    Listening const listening(m_SuiteLog, m_View ? m_View->Listener(listener) : listener);
+void Host::RunTests(TestSuite & suite, CTestSuiteListener * file) {
+    ConsoleLines lines;
+    Listeners listeners;
+    if (IsRecorded() && m_View == nullptr) listeners.Add(lines);
+    if (m_View != nullptr) listeners.AddAny(m_View->Listener());
+    listeners.AddAny(file);
+    if (m_Reports) listeners.Add(m_Reports->Listener());
+    Listening const listening(m_SuiteLog, listeners);
     RunningSuite const running(
-        m_View ? TS_LOG_HTML : TS_LOG_CONSOLE, m_Output, m_Options.versions,
+        IsRecorded() ? TS_LOG_HTML : TS_LOG_CONSOLE, m_Output, m_Options.versions,
         m_Options.log ? &*m_Options.log : nullptr);
     CMXLog & log = running.Log();
     WarnOfAnother(log);

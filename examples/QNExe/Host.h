@@ -13,6 +13,7 @@
 #include "examples/QNExe/HostWindow.h"
 #include "examples/QNExe/OperatorQuestions.h"
 #include "examples/QNExe/SuiteLibrary.h"
+#include "examples/QNExe/reports/RunReports.h"
 #include "examples/QNExe/settings/RunSettings.h"
 #include "examples/QNExe/view/FormattedView.h"
 #include "examples/QNExe/view/RunView.h"
@@ -41,8 +42,10 @@ private:
     // On the test thread.
     void RunToTheEnd();
     ExitCode RunSuite();
+    ExitCode RunReported(TestSuite & suite);
     void RunTests(TestSuite & suite);
-    void RunTests(TestSuite & suite, CTestSuiteListener * listener);
+    void RunTests(TestSuite & suite, CTestSuiteListener * file);
+    bool IsRecorded() const;
 
     HostOptions m_Options;
     LibraryState m_State;
@@ -59,5 +62,7 @@ private:
 
     // Written by the test thread, read when it has ended.
     ExitCode m_ExitCode = ExitCode::CouldNotRun;
+    // Only when there are any.
+    std::unique_ptr<RunReports> m_Reports;
     std::optional<std::string> m_Failure;
 };

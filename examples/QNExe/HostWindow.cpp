@@ -3,13 +3,16 @@
 
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include "app/CAppState.h"
+#include "examples/QNExe/reports/DeviceEventText.h"
 #include "examples/QNExe/view/RunView.h"
-#include "messages/CWindowsMessage.h"
+#include "messages/CWMDeviceChange.h"
 #include "output/COutputBuffer.h"
 #include "output/CUIUpdate.h"
 #include "siblings/Promptline.h"
+#include "siblings/QuillonLog.h"
 
 namespace {
 
@@ -75,10 +78,21 @@ void ShowTheRest() {
     if (shownIn->TakeOver(false)) Render();
 }
 
+// For the reports.
+void KeepDeviceEvent(CWMDeviceChange const & event) {
+    CTestSuiteLog * const suite = CAppState::TestSuiteLog();
+    if (suite == nullptr) return;
+    char const * const device = event.DevInterfaceDevName();
+    suite->AddDeviceEvent(
+        {.what = DeviceEventText(event.EventType()), .device = device != nullptr ? device : ""});
+}
+
 // What the record says is only valid during this call, so the message takes it along. The library
 // drops it unless a test waits for it.
 void ForwardToTests(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    CAppState::PushWindowsMessage(ConstructWindowsMessageOnHeap(window, message, wParam, lParam));
+    auto event = ConstructWindowsMessageOnHeap(window, message, wParam, lParam);
+    KeepDeviceEvent(static_cast<CWMDeviceChange const &>(*event));
+    CAppState::PushWindowsMessage(std::move(event));
 }
 
 // The questions that wait are not answered any more.

@@ -48,7 +48,7 @@ void TestEngine::RunTest(TestCase const & test) {
 // Opening a test resets its record but not the word, in which the failures of the test before
 // would still stand.
 void TestEngine::Open(TestCase const & test) {
-    m_Suite.OpenTest(test.isActualTest);
+    m_Suite.OpenTest(test.isActualTest, test.name);
     m_Log.ClearTestStatus();
     m_Log.InitTest();
     m_Log.StartTest(test.name, 0);

@@ -10,10 +10,12 @@ struct CTestSuiteLog::Data {
     Pairs meta;
     Pairs summary;
     std::string osVersion;
+    // Written under the lock, by the thread that runs the tests.
     CTestSuiteListener * listener = nullptr;
     // Guards what follows.
-    std::mutex promptLock;
+    std::mutex lock;
     std::vector<CTestPrompt> prompts;
+    std::vector<CTestDeviceEvent> deviceEvents;
     std::size_t current = 0;
 };
 
@@ -48,40 +50,67 @@ int CountTrueTests(Records const & tests, Predicate predicate) {
 } // namespace
 
 CTestSuiteListener::~CTestSuiteListener() = default;
+void CTestSuiteListener::TestOpened(CTestLog const &, std::string const &) {}
+void CTestSuiteListener::TestClosed(CTestLog const &) {}
+void CTestSuiteListener::PromptAdded(CTestPrompt const &) {}
+void CTestSuiteListener::DeviceEventAdded(CTestDeviceEvent const &) {}
 
 CTestSuiteLog::CTestSuiteLog() : m_Data(std::make_unique<Data>()) { OpenTest(false); }
 
 CTestSuiteLog::~CTestSuiteLog() = default;
 
-CTestLog & CTestSuiteLog::OpenTest(bool actualTest) {
+CTestLog & CTestSuiteLog::OpenTest(bool actualTest) { return OpenTest(actualTest, {}); }
+
+CTestLog & CTestSuiteLog::OpenTest(bool actualTest, std::string const & name) {
     m_Data->tests.push_back(std::make_unique<CTestLog>(actualTest, this));
-    std::scoped_lock const lock(m_Data->promptLock);
-    m_Data->current = m_Data->tests.size() - 1;
-    return *m_Data->tests.back();
+    {
+        std::scoped_lock const lock(m_Data->lock);
+        m_Data->current = m_Data->tests.size() - 1;
+    }
+    CTestLog & test = *m_Data->tests.back();
+    if (m_Data->listener != nullptr) m_Data->listener->TestOpened(test, name);
+    return test;
 }
 
 void CTestSuiteLog::CloseTest() {
     CTestLog & test = *CurrentTestLog();
     if (test.StopTime() == CTestLog::time_point()) test.StopTime(std::chrono::system_clock::now());
+    if (m_Data->listener != nullptr) m_Data->listener->TestClosed(test);
 }
 
 CTestLog * CTestSuiteLog::CurrentTestLog() { return m_Data->tests.back().get(); }
 
-void CTestSuiteLog::Listener(CTestSuiteListener * listener) { m_Data->listener = listener; }
+void CTestSuiteLog::Listener(CTestSuiteListener * listener) {
+    std::scoped_lock const lock(m_Data->lock);
+    m_Data->listener = listener;
+}
 
 CTestSuiteListener * CTestSuiteLog::Listener() const { return m_Data->listener; }
 
 Records const & CTestSuiteLog::TestLogs() const { return m_Data->tests; }
 
 void CTestSuiteLog::AddPrompt(CTestPrompt prompt) {
-    std::scoped_lock const lock(m_Data->promptLock);
+    std::scoped_lock const lock(m_Data->lock);
     prompt.test = m_Data->current;
     m_Data->prompts.push_back(std::move(prompt));
+    if (m_Data->listener != nullptr) m_Data->listener->PromptAdded(m_Data->prompts.back());
 }
 
 std::vector<CTestPrompt> CTestSuiteLog::Prompts() const {
-    std::scoped_lock const lock(m_Data->promptLock);
+    std::scoped_lock const lock(m_Data->lock);
     return m_Data->prompts;
+}
+
+void CTestSuiteLog::AddDeviceEvent(CTestDeviceEvent event) {
+    std::scoped_lock const lock(m_Data->lock);
+    m_Data->deviceEvents.push_back(std::move(event));
+    if (m_Data->listener != nullptr)
+        m_Data->listener->DeviceEventAdded(m_Data->deviceEvents.back());
+}
+
+std::vector<CTestDeviceEvent> CTestSuiteLog::DeviceEvents() const {
+    std::scoped_lock const lock(m_Data->lock);
+    return m_Data->deviceEvents;
 }
 
 void CTestSuiteLog::AddMeta(std::string const & key, std::string const & value) {

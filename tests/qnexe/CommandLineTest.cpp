@@ -62,6 +62,15 @@ TEST(CommandLineTest, EachOptionSetsItsOwn) {
     EXPECT_TRUE(options.onlyFailures);
 }
 
+TEST(CommandLineTest, ReportsOfSeveralOptionsComeTogether) {
+    EXPECT_EQ(Options({"--suite", "s"}).reports, std::nullopt);
+    HostOptions const options =
+        Options({"--suite", "s", "--report", "html:a,overwrite", "--report", "json:b"});
+    EXPECT_EQ(
+        options.reports,
+        (CReportRequest{{{EReportFormat::Html, "a"}, {EReportFormat::Json, "b"}}, true}));
+}
+
 TEST(CommandLineTest, AWindowNeedsNoSuiteAndTakesTheOtherOptions) {
     EXPECT_FALSE(Options({"--suite", "s.so"}).window);
     HostOptions const alone = Options({"--window"});

@@ -12,6 +12,7 @@
 #include "messages/CWindowsMessage.h"
 #include "platform/Synchronization.h"
 #include "qnexe/LibraryState.h"
+#include "siblings/QuillonLog.h"
 
 namespace {
 
@@ -111,6 +112,21 @@ TEST_F(HostWindowTest, DeviceEventReachesTheTestThatWaitsForIt) {
         details, "  Event: DBT_DEVICEARRIVAL\n"
                  "    Device event struct length=17, type=DBT_DEVTYP_PORT\n"
                  "    Name=COM3\n");
+}
+
+TEST_F(HostWindowTest, DeviceEventsAreKeptInTheSuitesRecord) {
+    CTestSuiteLog suite;
+    CAppState::TestSuiteLog(&suite);
+    ServeDuring([&] {
+        SendMessageA(m_Window.Handle(), WM_DEVICECHANGE, 0x8000, 0);
+        SendMessageA(m_Window.Handle(), WM_DEVICECHANGE, 0x1234, 0);
+    });
+    CAppState::TestSuiteLog(nullptr);
+    auto const events = suite.DeviceEvents();
+    ASSERT_EQ(events.size(), 2u);
+    EXPECT_EQ(events[0].what, "arrived");
+    EXPECT_EQ(events[0].device, "");
+    EXPECT_EQ(events[1].what, "device event 4660");
 }
 
 TEST_F(HostWindowTest, SecondWindowIsRefused) {

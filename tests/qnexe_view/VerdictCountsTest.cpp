@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include "examples/QNExe/reports/Listeners.h"
+
 void PrintTo(VerdictCounts const & counts, std::ostream * stream) {
     *stream << counts.passed << " passed, " << counts.failed << " failed, " << counts.failures
             << " failures, " << counts.aborts << " aborts, " << counts.warnings << " warnings";
@@ -25,11 +27,11 @@ public:
 
 class VerdictCountsTest : public testing::Test {
 protected:
-    VerdictCountsTest() { Begin(nullptr); }
+    VerdictCountsTest() { Begin(); }
     ~VerdictCountsTest() override { m_Suite.Listener(nullptr); }
 
-    void Begin(CTestSuiteListener * next) {
-        m_Tally.Begin(next);
+    void Begin() {
+        m_Tally.Begin();
         m_Suite.Listener(&m_Tally);
     }
 
@@ -105,16 +107,21 @@ TEST_F(VerdictCountsTest, AnotherRunBeginsAtNothing) {
     m_Suite.OpenTest(true);
     Fail();
     Summed();
-    Begin(nullptr);
+    Begin();
     EXPECT_EQ(m_Tally.Now(), VerdictCounts{});
 }
 
-TEST_F(VerdictCountsTest, EntriesGoOnToTheNextListener) {
-    Listener next;
-    Begin(&next);
+TEST_F(VerdictCountsTest, OtherListenersHearOfTheRunToo) {
+    Listener other;
+    Listeners all;
+    all.AddAny(nullptr);
+    all.AddAny(&m_Tally);
+    all.Add(other);
+    m_Suite.Listener(&all);
     Fail();
     Warn();
-    EXPECT_EQ(next.texts, (std::vector<std::string>{"failed", "warned"}));
+    EXPECT_EQ(other.texts, (std::vector<std::string>{"failed", "warned"}));
+    EXPECT_EQ(Summed().warnings, 1u);
 }
 
 } // namespace

@@ -243,9 +243,46 @@ public:
     void EntryWritten(CTestLog const & test, CTestLogEntry const & entry) override {
         heard.emplace_back(test.TestName() + ": " + entry.text, entry.status);
     }
+    void TestOpened(CTestLog const & test, std::string const & name) override {
+        events.push_back("opened " + name + (test.m_Content == 0 ? "" : " late"));
+    }
+    void TestClosed(CTestLog const & test) override {
+        bool const hasStop = test.StopTime() != CTestLog::time_point();
+        events.push_back("closed " + test.TestName() + (hasStop ? "" : " without a stop time"));
+    }
+    void PromptAdded(CTestPrompt const & prompt) override {
+        events.push_back("asked " + prompt.question + " in " + std::to_string(prompt.test));
+    }
+    void DeviceEventAdded(CTestDeviceEvent const & event) override {
+        events.push_back(event.device + ' ' + event.what);
+    }
+
+    std::vector<std::string> events;
 
     std::vector<std::pair<std::string, TEST_STATUS>> heard;
 };
+
+TEST_F(CTestSuiteLogTest, AListenerIsToldOfWhatElseHappensInOrder) {
+    Listener listener;
+    m_Suite.Listener(&listener);
+    m_Suite.OpenTest(true, "first").TestName("T1");
+    m_Suite.AddPrompt({.question = "Q"});
+    m_Suite.CloseTest();
+    m_Suite.AddDeviceEvent({"arrived", "D"});
+    m_Suite.OpenTest(false);
+    EXPECT_THAT(
+        listener.events,
+        ElementsAre("opened first", "asked Q in 1", "closed T1", "D arrived", "opened "));
+}
+
+TEST_F(CTestSuiteLogTest, DeviceEventsAreKeptInTheirOrder) {
+    m_Suite.AddDeviceEvent({"arrived", "D1"});
+    m_Suite.AddDeviceEvent({"was removed", "D2"});
+    auto const events = m_Suite.DeviceEvents();
+    ASSERT_EQ(events.size(), 2u);
+    EXPECT_EQ(events[0].what, "arrived");
+    EXPECT_EQ(events[1].device, "D2");
+}
 
 TEST_F(CTestSuiteLogTest, AListenerIsToldOfEveryEntryWithItsTest) {
     Listener listener;

@@ -55,12 +55,16 @@ RunSettings::RunSettings(HostOptions const & options)
     CAppState::SetIniArgs(m_Args);
 }
 
-std::string RunSettings::Text() const {
+std::vector<ShownSetting> RunSettings::List() const {
     std::vector<ShownSetting> list = m_Args.List();
     for (ShownSetting const & chosen : m_Choice.List())
         list.push_back(chosen);
+    return list;
+}
+
+std::string RunSettings::Text() const {
     std::string text;
-    for (auto const & [name, value, origin] : list)
+    for (auto const & [name, value, origin] : List())
         text += name + '=' + value + "  # " + origin + '\n';
     return text;
 }

@@ -21,6 +21,8 @@ public:
     HostArgs & Args() { return m_Args; }
     std::vector<std::string> const & Warnings() const { return m_Choice.Warnings(); }
 
+    std::vector<ShownSetting> List() const;
+
     // One line for each value: name=value, and behind a # its origin.
     std::string Text() const;
 

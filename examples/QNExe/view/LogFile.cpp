@@ -41,6 +41,12 @@ void RefuseLogFile(std::string const & name) {
         + "exists and may be written to.");
 }
 
+std::string LineOf(CTestLogEntry const & entry) {
+    std::string line(StatusWord(entry.status));
+    line.append(entry.text).push_back('\n');
+    return line;
+}
+
 void RefuseGapsInLogFile(std::string const & name) {
     throw std::runtime_error(
         "the log file \"" + name + "\" lacks entries of this run, which could not be written. "
@@ -52,8 +58,7 @@ LogFile::LogFile(std::string const & name) : m_Name(name), m_File(std::fopen(nam
 }
 
 void LogFile::EntryWritten(CTestLog const &, CTestLogEntry const & entry) {
-    std::string line(StatusWord(entry.status));
-    line.append(entry.text).push_back('\n');
+    std::string const line = LineOf(entry);
     bool const written = std::fwrite(line.data(), 1, line.size(), m_File.get()) == line.size();
     if (std::fflush(m_File.get()) != 0 || !written) m_IsWhole = false;
 }

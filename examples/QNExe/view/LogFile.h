@@ -18,15 +18,17 @@
 // Throws std::runtime_error for a log that lacks what the disk did not take.
 [[noreturn]] void RefuseGapsInLogFile(std::string const & name);
 
+// Status word, text and a line feed, as the console's log has them but for the blank line after a
+// text that ends its own line: the record keeps texts without that end.
+std::string LineOf(CTestLogEntry const & entry);
+
 class LogFile : public CTestSuiteListener {
 public:
     // Appends. Throws std::runtime_error, whose text says what to do, when the file cannot be
     // opened.
     explicit LogFile(std::string const & name);
 
-    // Status word, text and a line feed, as the console's log has them but for the blank line after
-    // a text that ends its own line: the record keeps texts without that end. An entry that cannot
-    // be written is lost: a log that cannot write does not stop a test.
+    // An entry that cannot be written is lost: a log that cannot write does not stop a test.
     void EntryWritten(CTestLog const & test, CTestLogEntry const & entry) override;
 
     // To be asked when the log has ended. Throws std::runtime_error when an entry was lost.

@@ -22,9 +22,9 @@ public:
     // While held something else has the place of the progress.
     virtual void HoldProgress(bool hold) = 0;
 
-    // Who is to hear of the run's entries, on the test thread, and hands each on to `next`, which
-    // may be null. It stays the view's and outlives the run.
-    virtual CTestSuiteListener * Listener(CTestSuiteListener * next) { return next; }
+    // Who is to hear of the run's entries, on the test thread; null for nobody. It stays the view's
+    // and outlives the run.
+    virtual CTestSuiteListener * Listener() { return nullptr; }
 
     // On Windows: whether the message is a key for the view, which then has had it. `message` is a
     // MSG.

@@ -1,18 +1,14 @@
 // How a run stands, in numbers.
 #include "examples/QNExe/view/VerdictCounts.h"
 
-void VerdictTally::Begin(CTestSuiteListener * next) {
-    m_Next = next;
+void VerdictTally::Begin() {
     m_Earlier = {};
     m_Failures = 0;
     m_Aborts = 0;
     m_Warnings = 0;
 }
 
-void VerdictTally::EntryWritten(CTestLog const & test, CTestLogEntry const & entry) {
-    Take(test);
-    if (m_Next != nullptr) m_Next->EntryWritten(test, entry);
-}
+void VerdictTally::EntryWritten(CTestLog const & test, CTestLogEntry const &) { Take(test); }
 
 void VerdictTally::Sum(CTestSuiteLog & suite) {
     VerdictCounts all;

@@ -22,8 +22,8 @@ struct VerdictCounts {
 // while it stands still; in between the numbers of the test that runs follow each entry.
 class VerdictTally : public CTestSuiteListener {
 public:
-    // Before a run, whose entries go on to `next`, which may be null.
-    void Begin(CTestSuiteListener * next);
+    // Before a run.
+    void Begin();
 
     // On the test thread.
     void EntryWritten(CTestLog const & test, CTestLogEntry const & entry) override;
@@ -37,7 +37,6 @@ public:
 private:
     void Take(CTestLog const & test);
 
-    CTestSuiteListener * m_Next = nullptr;
     // Without the test that runs.
     VerdictCounts m_Earlier;
     std::atomic<unsigned long> m_Failures = 0;

@@ -27,7 +27,7 @@ HCURSOR WishedCursor() {
 
 void WindowRunView::Begin() {
     m_Reader = {};
-    m_Tally.Begin(nullptr);
+    m_Tally.Begin();
     m_Window.SetCursor(nullptr);
     m_Window.Log().Clear();
     m_Window.Counts().Show({});
@@ -60,11 +60,6 @@ void WindowRunView::Render() {
 void WindowRunView::AtEnd() {
     TakeOver(true);
     Render();
-}
-
-CTestSuiteListener * WindowRunView::Listener(CTestSuiteListener * next) {
-    m_Tally.Begin(next);
-    return &m_Tally;
 }
 
 bool WindowRunView::TakesMessage(void * message) {

@@ -64,7 +64,8 @@ std::vector<RecordingFile> ReadRecordings(fs::path const & folder) {
             "Suite."));
     std::vector<RecordingFile> files;
     for (auto const & path : found)
-        AppendFile(files.emplace_back(Utf8(path.lexically_relative(folder))), path);
+        AppendFile(
+            files.emplace_back(RecordingFile{Utf8(path.lexically_relative(folder)), {}, {}}), path);
     return files;
 }
 
@@ -76,7 +77,7 @@ std::vector<RecordingFile> ReadMachineDevices(fs::path const & root) {
     std::ranges::sort(devices);
     std::vector<RecordingFile> files;
     for (auto const & device : devices) {
-        auto & file = files.emplace_back(Utf8(device.filename()));
+        auto & file = files.emplace_back(RecordingFile{Utf8(device.filename()), {}, {}});
         AppendFile(file, device / "descriptors");
         if (fs::exists(device / "bos_descriptors", error))
             AppendFile(file, device / "bos_descriptors");
