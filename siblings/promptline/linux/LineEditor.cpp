@@ -160,7 +160,11 @@ void LineEditor::Begin(Prompt prompt, Complete complete) {
     m_Parts->isActive = true;
     m_Parts->isHidden = false;
     el_wset(m_Parts->line, EL_UNBUFFERED, 1);
-    m_Parts->modes->Edited();
+    // Who stops the program as soon as the question shows finds the editor begun once more.
+    for (int i = 0; i < 3 && !m_Parts->modes->Edited(); ++i) {
+        el_wset(m_Parts->line, EL_UNBUFFERED, 0);
+        el_wset(m_Parts->line, EL_UNBUFFERED, 1);
+    }
 }
 
 void LineEditor::End() {

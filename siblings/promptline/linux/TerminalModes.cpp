@@ -13,6 +13,7 @@
 #include <signal.h>
 #include <sys/eventfd.h>
 #include <termios.h>
+#include <time.h>
 #include <unistd.h>
 
 namespace {
@@ -46,11 +47,22 @@ int ContinuedEvent() {
 // What a handler uses must have been made before.
 std::atomic<int> continuedEvent{-1};
 
+bool IsInFront() {
+    pid_t const owner = tcgetpgrp(STDIN_FILENO);
+    return owner == -1 || owner == getpgrp();
+}
+
 // A process in the background leaves the terminal to the one in front, which has its own modes.
 void SetModes(termios const & modes, std::atomic<bool> const & known) {
-    if (!known) return;
-    pid_t const owner = tcgetpgrp(STDIN_FILENO);
-    if (owner == -1 || owner == getpgrp()) tcsetattr(STDIN_FILENO, TCSANOW, &modes);
+    if (known && IsInFront()) tcsetattr(STDIN_FILENO, TCSANOW, &modes);
+}
+
+// A shell may let a program go on a moment before it hands the terminal over. One that is to go on
+// in the background never gets it.
+void AwaitFront() {
+    constexpr timespec shortly = {0, 10'000'000};
+    for (int i = 0; i < 50 && !IsInFront(); ++i)
+        nanosleep(&shortly, nullptr);
 }
 
 void Handle(int signal, siginfo_t * information, void * context);
@@ -151,13 +163,21 @@ TerminalModes::~TerminalModes() {
         Unwatch(entry);
 }
 
-void TerminalModes::Edited() {
-    hasModesWhileEditing = tcgetattr(STDIN_FILENO, &modesWhileEditing) == 0;
+bool TerminalModes::Edited() {
+    termios now = {};
+    if (tcgetattr(STDIN_FILENO, &now) != 0) return true;
+    if ((now.c_lflag & ICANON) != 0) return false;
+    modesWhileEditing = now;
+    hasModesWhileEditing = true;
+    return true;
 }
 
 int TerminalModes::ContinuedDescriptor() { return ContinuedEvent(); }
 
 bool TerminalModes::TakeContinued() {
     std::uint64_t count;
-    return read(ContinuedEvent(), &count, sizeof count) == sizeof count;
+    if (read(ContinuedEvent(), &count, sizeof count) != sizeof count) return false;
+    AwaitFront();
+    SetModes(modesWhileEditing, hasModesWhileEditing);
+    return true;
 }

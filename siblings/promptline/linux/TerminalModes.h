@@ -15,8 +15,9 @@ public:
     // Call it when the terminal has been changed back.
     ~TerminalModes();
 
-    // The terminal has been changed for editing.
-    void Edited();
+    // The terminal has been changed for editing. False: it is not so any more, because the process
+    // was stopped before this could be noted.
+    bool Edited();
 
     // Readable from when the process goes on behind a stop until TakeContinued; -1 when the system
     // had none to give.
