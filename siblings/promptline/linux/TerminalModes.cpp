@@ -166,7 +166,7 @@ TerminalModes::~TerminalModes() {
 bool TerminalModes::Edited() {
     termios now = {};
     if (tcgetattr(STDIN_FILENO, &now) != 0) return true;
-    if ((now.c_lflag & ICANON) != 0) return false;
+    if (now.c_lflag == modesBefore.c_lflag && now.c_iflag == modesBefore.c_iflag) return false;
     modesWhileEditing = now;
     hasModesWhileEditing = true;
     return true;
