@@ -25,6 +25,7 @@
 #include <spdlog/sinks/stdout_sinks.h>
 
 #include "app/CAppState.h"
+#include "benchmarks/Scratch.h"
 #include "log/CConsoleOutMXLog.h"
 #include "log/CRawTextMXLog.h"
 #include "output/COutputBuffer.h"
@@ -38,26 +39,6 @@ namespace fs = std::filesystem;
 using Files = std::vector<fs::path>;
 
 constexpr int kChecked = 3;
-
-// A folder that goes when the program does.
-class Scratch {
-public:
-    Scratch() {
-        fs::path const memory = "/dev/shm";
-        std::string name =
-            (fs::is_directory(memory) ? memory : fs::temp_directory_path()) / "log-bench-XXXXXX";
-        if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no scratch folder");
-        m_Folder = name;
-    }
-    ~Scratch() { fs::remove_all(m_Folder); }
-    Scratch(Scratch const &) = delete;
-    Scratch & operator=(Scratch const &) = delete;
-
-    fs::path operator/(char const * name) const { return m_Folder / name; }
-
-private:
-    fs::path m_Folder;
-};
 
 // What a log needs around it.
 class Surroundings {

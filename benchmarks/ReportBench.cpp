@@ -23,6 +23,7 @@
 #include <benchmark/benchmark.h>
 
 #include "benchmarks/HeapPeak.h"
+#include "benchmarks/Scratch.h"
 #include "siblings/QuillonReports.h"
 
 namespace {
@@ -34,26 +35,6 @@ constexpr double PageNanoseconds = 1e9;
 constexpr double EntryBytes = 200;
 constexpr int Tests = 1000;
 constexpr int Entries = 100;
-
-// A folder that goes when the program does.
-class Scratch {
-public:
-    Scratch() {
-        fs::path const memory = "/dev/shm";
-        std::string name =
-            (fs::is_directory(memory) ? memory : fs::temp_directory_path()) / "report-bench-XXXXXX";
-        if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no scratch folder");
-        m_Folder = name;
-    }
-    ~Scratch() { fs::remove_all(m_Folder); }
-    Scratch(Scratch const &) = delete;
-    Scratch & operator=(Scratch const &) = delete;
-
-    std::string operator/(char const * name) const { return (m_Folder / name).string(); }
-
-private:
-    fs::path m_Folder;
-};
 
 std::string Contents(std::string const & file) {
     std::ifstream stream(file, std::ios::binary);

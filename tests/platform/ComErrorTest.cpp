@@ -109,8 +109,7 @@ TEST(ComErrorTest, CodeWithoutATextIsShownAsANumber) {
 }
 
 TEST(ComErrorTest, SystemHasTextsForWhatTheLibraryMeets) {
-    // Wine lacks half of them.
-    if (UnderWine()) GTEST_SKIP();
+    if (UnderWine()) GTEST_SKIP() << "Wine lacks half of them";
     for (HRESULT const code :
          {E_POINTER, E_OUTOFMEMORY, E_FAIL, E_INVALIDARG, E_NOINTERFACE, E_NOTIMPL,
           CO_E_NOTINITIALIZED, REGDB_E_CLASSNOTREG}) {

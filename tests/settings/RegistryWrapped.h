@@ -2,15 +2,8 @@
 #pragma once
 
 #include "platform/Registry.h"
+#include "platform/RegistryTypes.h"
 #include "platform/Wrap.h"
-
-#if defined(_WIN32)
-using SecurityAttributes = SECURITY_ATTRIBUTES *;
-using KeyClass = LPSTR;
-#else
-using SecurityAttributes = _SECURITY_ATTRIBUTES const *;
-using KeyClass = char *;
-#endif
 
 MORVEX_WRAPPED(RegOpenKeyExA)
 MORVEX_WRAPPED(RegCreateKeyExA)
