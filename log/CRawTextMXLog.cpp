@@ -9,8 +9,8 @@ namespace {
 // Lines up to this many bytes are put together on the stack.
 constexpr std::size_t kOrdinaryLine = 2048;
 
-// A stream that keeps nothing back, so that one fwrite is one write and a failed one leaves
-// nothing behind for the next.
+// A stream that keeps nothing back, so that one fwrite is one write, there is nothing to flush, and
+// a failed one leaves nothing behind for the next.
 std::FILE * OpenUnbuffered(char const * name, char const * mode) {
     std::FILE * const file = std::fopen(name, mode);
     if (file != nullptr) std::setvbuf(file, nullptr, _IONBF, 0);
@@ -79,8 +79,7 @@ TS_STATUS CRawTextMXLog::InternalWrite(TEST_STATUS, char const * const text, CFo
 TS_STATUS CRawTextMXLog::WriteLine(char const * line, std::size_t size) {
     TS_STATUS answer;
     if (!HasFile(answer)) return answer;
-    bool const written = std::fwrite(line, 1, size, m_LogFile) == size;
-    if (std::fflush(m_LogFile) == 0 && written) return TS_SUCCESS;
+    if (std::fwrite(line, 1, size, m_LogFile) == size) return TS_SUCCESS;
     std::clearerr(m_LogFile);
     return TS_WRITE_FAILED;
 }

@@ -8,8 +8,8 @@ constexpr int FREE = 0;
 constexpr int HELD = 1;
 constexpr int WANTED = 2;
 
-// Its address tells the threads apart. The model spares a call at each use.
-[[gnu::tls_model("initial-exec")]] thread_local char const t_Self = 0;
+// Its address tells the threads apart.
+thread_local char const t_Self = 0;
 
 void Hold(CRITICAL_SECTION & section) { section.holder.store(&t_Self, std::memory_order_relaxed); }
 
