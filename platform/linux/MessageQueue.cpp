@@ -6,7 +6,9 @@
 #include "platform/linux/MessageQueue.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstddef>
+#include <thread>
 #include <utility>
 
 #include "platform/Synchronization.h"
@@ -17,6 +19,9 @@ namespace {
 
 // As on Windows: a thread that has stopped pumping must not eat up the memory.
 constexpr std::size_t POSTED_MESSAGES_AT_MOST = 10'000;
+
+// Going to sleep and being woken takes about as long.
+constexpr std::chrono::microseconds PATIENCE{100};
 
 thread_local bool t_HasLostItsQueue = false;
 
@@ -70,6 +75,13 @@ void Serve(SentMessage & sent) {
     auto const window = sent.window;
     Reply reply(sent);
     reply.Give(window->procedure(window->handle, sent.message, sent.wParam, sent.lParam));
+}
+
+// Most answers come so soon that sleeping would only delay what follows.
+void LookBeforeSleeping(SentMessage const & sent) {
+    auto const end = std::chrono::steady_clock::now() + PATIENCE;
+    while (!sent.isClosed && std::chrono::steady_clock::now() < end)
+        std::this_thread::yield();
 }
 
 void LetGo(std::vector<SentMessage *> const & unanswered) {
@@ -130,6 +142,7 @@ void MessageQueue::Answer(SentMessage & sent, std::optional<LRESULT> result) {
 }
 
 void MessageQueue::Await(SentMessage const & sent) {
+    LookBeforeSleeping(sent);
     std::unique_lock lock(m_Mutex);
     for (;;) {
         m_SentOrClosed.wait(lock, [&] { return sent.isClosed || !m_Sent.empty(); });

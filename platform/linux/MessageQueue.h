@@ -39,7 +39,8 @@ struct SentMessage {
     std::shared_ptr<MessageQueue> sender;
     // No value when closed: the window went before it had answered.
     std::optional<LRESULT> result;
-    bool isClosed = false;
+    // Written under the sender's lock, and read without by a sender that does not sleep yet.
+    std::atomic<bool> isClosed = false;
 };
 
 // In place of a window: the messages that were posted to no window.
