@@ -35,6 +35,12 @@ MORVEX_API TS_STATUS Common_InitTestSuite(
     CMXLog *& log, tagTS_LOG_TYPE logType, CMXUserInput *& userInput, char const * dialogHeader,
     COutputBuffer * const outputBuffer, bool displayVersions, char * logFileName, bool makeGlobal);
 
+// As above, with a log of the host's own kind, for entries that have to go elsewhere. `given`:
+// never null; `log` is the same object, and from then on the caller's as above.
+MORVEX_API TS_STATUS Common_InitTestSuiteWithLog(
+    CMXLog *& log, std::unique_ptr<CMXLog> given, CMXUserInput *& userInput,
+    char const * dialogHeader, bool displayVersions, bool makeGlobal);
+
 // Deletes the prompt object and the global log that CAppState holds, for a suite whose log was made
 // global. TS_SUCCESS.
 MORVEX_API TS_STATUS Common_EndTestSuite();

@@ -21,11 +21,8 @@
 namespace {
 
 struct Request {
-    tagTS_LOG_TYPE logType;
     char const * dialogHeader;
-    COutputBuffer * outputBuffer;
     bool displayVersions;
-    char const * logFileName;
     bool makeGlobal;
 };
 
@@ -35,18 +32,19 @@ void AbortPoint() {
     CUIUpdate::GetUIUpdate()->CheckAbort();
 }
 
-CMXLog * MakeLog(Request const & request) {
-    switch (request.logType) {
+CMXLog * MakeLog(tagTS_LOG_TYPE logType, COutputBuffer * outputBuffer, char const * fileName) {
+    switch (logType) {
     case TS_LOG_CONSOLE:
-        return new CConsoleOutMXLog(request.logFileName);
+        return new CConsoleOutMXLog(fileName);
     case TS_LOG_HTML:
-        return new CHTMLMXLog(request.outputBuffer);
+        return new CHTMLMXLog(outputBuffer);
     }
     throw std::runtime_error("Unknown log type: HTML or Console expected");
 }
 
-void StartLog(CMXLog *& log, Request const & request) {
-    log = MakeLog(request);
+template <typename LogMaker>
+void StartLog(CMXLog *& log, LogMaker const & makeLog, Request const & request) {
+    log = makeLog();
     if (request.makeGlobal) CAppState::Log(log);
     log->GlobalLogExists(CAppState::Log() != nullptr);
     log->Write(TEST_STATUS_INFO, Quiet, nullptr, "Test log initialized.");
@@ -74,10 +72,11 @@ void ShowVersions(CMXLog * log) {
 }
 
 // What went wrong; nothing when nothing did.
+template <typename LogMaker>
 std::optional<std::string>
-Start(CMXLog *& log, CMXUserInput *& userInput, Request const & request) {
+Start(CMXLog *& log, CMXUserInput *& userInput, LogMaker const & makeLog, Request const & request) {
     try {
-        StartLog(log, request);
+        StartLog(log, makeLog, request);
         StartUserInput(userInput, log, request);
         if (request.displayVersions) ShowVersions(log);
     } catch (std::bad_alloc const &) {
@@ -108,6 +107,23 @@ void Report(CMXLog * sink, char const * format, Values const &... values) {
     Show(sink, CBasicFormattedString<char>(static_cast<char const *>(text)));
 }
 
+template <typename LogMaker>
+TS_STATUS StartOrReport(
+    CMXLog *& log, CMXUserInput *& userInput, LogMaker const & makeLog, Request const & request) {
+    CAppState::Log(nullptr);
+    log = nullptr;
+    userInput = nullptr;
+    auto const failure = Start(log, userInput, makeLog, request);
+    if (!failure) return TS_SUCCESS;
+    CMXLog * const sink = log != nullptr ? log : CAppState::Log();
+    // Deliberate: a reason that ends in a full stop gets a second one.
+    // Pinned by CommonInitFailureTest.AnAbortIsReportedWithTwoFullStops.
+    Report(sink, "Exception thrown: %s.\n", *failure);
+    if (log == nullptr) Report(sink, "Unable to create test log.\n");
+    if (userInput == nullptr) Report(sink, "Unable to create User Input module.\n");
+    return TS_ABORTED;
+}
+
 template <typename Object>
 void DeleteAndClear(Object *& object) {
     delete std::exchange(object, nullptr);
@@ -118,20 +134,15 @@ void DeleteAndClear(Object *& object) {
 TS_STATUS Common_InitTestSuite(
     CMXLog *& log, tagTS_LOG_TYPE logType, CMXUserInput *& userInput, char const * dialogHeader,
     COutputBuffer * const outputBuffer, bool displayVersions, char * logFileName, bool makeGlobal) {
-    CAppState::Log(nullptr);
-    log = nullptr;
-    userInput = nullptr;
-    auto const failure = Start(
-        log, userInput,
-        {logType, dialogHeader, outputBuffer, displayVersions, logFileName, makeGlobal});
-    if (!failure) return TS_SUCCESS;
-    CMXLog * const sink = log != nullptr ? log : CAppState::Log();
-    // Deliberate: a reason that ends in a full stop gets a second one.
-    // Pinned by CommonInitFailureTest.AnAbortIsReportedWithTwoFullStops.
-    Report(sink, "Exception thrown: %s.\n", *failure);
-    if (log == nullptr) Report(sink, "Unable to create test log.\n");
-    if (userInput == nullptr) Report(sink, "Unable to create User Input module.\n");
-    return TS_ABORTED;
+    auto const makeLog = [&] { return MakeLog(logType, outputBuffer, logFileName); };
+    return StartOrReport(log, userInput, makeLog, {dialogHeader, displayVersions, makeGlobal});
+}
+
+TS_STATUS Common_InitTestSuiteWithLog(
+    CMXLog *& log, std::unique_ptr<CMXLog> given, CMXUserInput *& userInput,
+    char const * dialogHeader, bool displayVersions, bool makeGlobal) {
+    auto const giveLog = [&] { return given.release(); };
+    return StartOrReport(log, userInput, giveLog, {dialogHeader, displayVersions, makeGlobal});
 }
 
 TS_STATUS Common_EndTestSuite() {

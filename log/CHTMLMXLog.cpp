@@ -5,19 +5,12 @@
 #include <string_view>
 
 #include "log/CurrentTest.h"
+#include "log/RecordedEntry.h"
 #include "output/CFormatInfo.h"
 #include "output/COutputBuffer.h"
 #include "siblings/Keelbase.h"
 
 namespace {
-
-std::string RecordText(std::string_view text) {
-    if (text.ends_with("\r\n"))
-        text.remove_suffix(2);
-    else if (text.ends_with('\n') || text.ends_with('\r'))
-        text.remove_suffix(1);
-    return std::string(text);
-}
 
 // Each line ends in "\r\n", the last one too; a lone "\r" is left alone.
 std::string DisplayText(std::string_view text) {
@@ -29,38 +22,6 @@ std::string DisplayText(std::string_view text) {
     }
     if (!display.ends_with('\n')) display += "\r\n";
     return display;
-}
-
-void AppendItem(std::string & style, std::string_view item) {
-    if (!style.empty()) style += ';';
-    style += item;
-}
-
-void AppendColor(std::string & style, COLORREF color) {
-    static constexpr char digits[] = "0123456789ABCDEF";
-    style += '#';
-    for (int byte = 0; byte < 3; ++byte, color >>= 8) {
-        style += digits[color >> 4 & 0xF];
-        style += digits[color & 0xF];
-    }
-}
-
-// What the format specifies, as CSS declarations. Whether it specifies it as on is not looked at.
-void AppendStyleText(std::string & style, CFormatInfo const * format) {
-    if (format == nullptr) return;
-    // Deliberate: bold off gives bold too. Pinned by CHTMLMXLogTest.TheStyleReadsTheMaskAlone.
-    if (format->boldIsSet()) AppendItem(style, "font-weight: bold");
-    if (format->italicIsSet()) AppendItem(style, "font-style:italic");
-    if (format->underlineIsSet()) AppendItem(style, "text-decoration:underline");
-    if (format->colorIsSet()) {
-        AppendItem(style, "color:");
-        AppendColor(style, format->format.crTextColor);
-    }
-    if (format->backColorIsSet()) {
-        // Deliberate: "=" for ":". Pinned by CHTMLMXLogTest.TheBackgroundStyleHasAnEqualsSign.
-        AppendItem(style, "display=inline;background-color:");
-        AppendColor(style, format->format.crBackColor);
-    }
 }
 
 void WriteRecord(TEST_STATUS status, char const * text, char const * style) {
@@ -81,13 +42,12 @@ CHTMLMXLog::~CHTMLMXLog() {
 TS_STATUS
 CHTMLMXLog::InternalWrite(TEST_STATUS status, char const * const text, CFormatInfo const * format) {
     std::string_view const entry(text != nullptr ? text : "");
-    std::string const recordText = RecordText(entry);
+    std::string const recordText = RecordedEntry::Text(entry);
     if (m_OutputBuffer == nullptr)
         WriteRecord(TEST_STATUS_ABORT, "Shouldn't be here\r\n", nullptr);
     else
         Show(status, DisplayText(entry), format);
-    std::string style;
-    AppendStyleText(style, format);
+    std::string const style = RecordedEntry::Style(format);
     WriteRecord(status, recordText.c_str(), style.empty() ? nullptr : style.c_str());
     return TS_SUCCESS;
 }

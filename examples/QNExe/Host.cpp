@@ -5,6 +5,7 @@
 #include <exception>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "app/CAppState.h"
@@ -14,10 +15,10 @@
 #include "examples/QNExe/TestEngine.h"
 #include "examples/QNExe/reports/Listeners.h"
 #include "examples/QNExe/reports/RunFacts.h"
-#include "examples/QNExe/view/ConsoleLines.h"
 #include "examples/QNExe/view/DefaultLook.h"
 #include "examples/QNExe/view/LogFile.h"
-#include "log/CMXLog.h"
+#include "examples/QNExe/view/RunLogs.h"
+#include "log/CConsoleOutMXLog.h"
 #include "output/CUIUpdate.h"
 
 namespace {
@@ -46,14 +47,12 @@ private:
     CTestSuiteLog & m_Suite;
 };
 
-// The log and the prompt object of a run, both the library's, from their start to their end.
+// The log and the prompt object of a run, from their start to their end.
 class RunningSuite {
 public:
-    RunningSuite(tagTS_LOG_TYPE type, COutputBuffer & output, bool versions, std::string * file) {
-        char * const name = file != nullptr ? file->data() : nullptr;
-        m_Result = Common_InitTestSuite(
-            m_Log, type, m_UserInput, ProgramName, &output, versions, name, true);
-    }
+    RunningSuite(std::unique_ptr<CMXLog> log, bool versions)
+        : m_Result(Common_InitTestSuiteWithLog(
+            m_Log, std::move(log), m_UserInput, ProgramName, versions, true)) {}
     RunningSuite(RunningSuite const &) = delete;
     RunningSuite & operator=(RunningSuite const &) = delete;
     ~RunningSuite() { Common_EndTestSuite(m_Log, m_UserInput); }
@@ -180,35 +179,35 @@ ExitCode Host::RunReported(TestSuite & suite) {
 
 // A verdict counts only with the log that tells of it.
 void Host::RunTests(TestSuite & suite) {
-    if (!m_Options.log) return RunTests(suite, nullptr);
+    if (!m_Options.log) return RunTests(suite, MakeLog(nullptr));
     if (IsRecorded()) {
         LogFile file(*m_Options.log);
-        RunTests(suite, &file);
+        RunTests(suite, MakeLog(&file));
         return file.CheckWhole();
     }
     CheckLogFile(*m_Options.log);
     LogFileWatch const watch(*m_Options.log);
-    RunTests(suite, nullptr);
+    RunTests(suite, std::make_unique<CConsoleOutMXLog>(m_Options.log->c_str()));
     watch.CheckWhole();
 }
 
-// The console's log keeps no record, and reports are made of it: with them the host shows the lines
-// itself.
+// The library's console log keeps no record, of which the reports are made.
 bool Host::IsRecorded() const { return m_View || m_Reports; }
+
+std::unique_ptr<CMXLog> Host::MakeLog(LogFile * file) {
+    if (m_View != nullptr) return std::make_unique<FiledLog>(m_Output, file);
+    if (m_Reports) return std::make_unique<RecordedLog>(file);
+    return std::make_unique<CConsoleOutMXLog>(nullptr);
+}
 
 // The log writes its summary when it ends, where nothing may throw: by then no update is armed,
 // and no abort can come in between the summary and the exit code.
-void Host::RunTests(TestSuite & suite, CTestSuiteListener * file) {
-    ConsoleLines lines;
+void Host::RunTests(TestSuite & suite, std::unique_ptr<CMXLog> ownLog) {
     Listeners listeners;
-    if (IsRecorded() && m_View == nullptr) listeners.Add(lines);
     if (m_View != nullptr) listeners.AddAny(m_View->Listener());
-    listeners.AddAny(file);
     if (m_Reports) listeners.Add(m_Reports->Listener());
     Listening const listening(m_SuiteLog, listeners);
-    RunningSuite const running(
-        IsRecorded() ? TS_LOG_HTML : TS_LOG_CONSOLE, m_Output, m_Options.versions,
-        m_Options.log ? &*m_Options.log : nullptr);
+    RunningSuite const running(std::move(ownLog), m_Options.versions);
     CMXLog & log = running.Log();
     WarnOfAnother(log);
     if (m_Options.onlyFailures) log.EnableLogOnlyFailures();

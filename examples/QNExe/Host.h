@@ -20,6 +20,9 @@
 #include "output/COutputBuffer.h"
 #include "siblings/QuillonLog.h"
 
+class CMXLog;
+class LogFile;
+
 class Host {
 public:
     // Shows the run in `view`, which stays the caller's; null: as the options say. Both throw
@@ -44,7 +47,8 @@ private:
     ExitCode RunSuite();
     ExitCode RunReported(TestSuite & suite);
     void RunTests(TestSuite & suite);
-    void RunTests(TestSuite & suite, CTestSuiteListener * file);
+    void RunTests(TestSuite & suite, std::unique_ptr<CMXLog> ownLog);
+    std::unique_ptr<CMXLog> MakeLog(LogFile * file);
     bool IsRecorded() const;
 
     HostOptions m_Options;

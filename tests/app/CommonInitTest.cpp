@@ -164,4 +164,68 @@ TEST(GetLogLevelNameTest, EveryLevelHasAName) {
     }
 }
 
+// A log of the host's own kind.
+class OwnLog : public CMXLog {
+public:
+    explicit OwnLog(std::string & written) : m_Written(written) {}
+    ~OwnLog() override { m_Written += "ended"; }
+
+protected:
+    TS_STATUS InternalWrite(TEST_STATUS, char const * const text, CFormatInfo const *) override {
+        m_Written.append(text).push_back('\n');
+        return TS_SUCCESS;
+    }
+
+private:
+    std::string & m_Written;
+};
+
+class CommonInitWithLogTest : public CommonSuiteBench {
+protected:
+    ~CommonInitWithLogTest() override { End(); }
+
+    TS_STATUS Init() {
+        auto given = std::make_unique<OwnLog>(m_Written);
+        m_Given = given.get();
+        return Common_InitTestSuiteWithLog(
+            m_Log, std::move(given), m_UserInput, m_Header, m_Versions, m_MakeGlobal);
+    }
+
+    std::string m_Written;
+    CMXLog * m_Given = nullptr;
+};
+
+TEST_F(CommonInitWithLogTest, TheGivenLogTakesTheOpeningLinesAndIsTheCallers) {
+    m_Header = "Own";
+    EXPECT_EQ(Init(), TS_SUCCESS);
+    EXPECT_EQ(m_Log, m_Given);
+    EXPECT_EQ(CAppState::Log(), m_Given);
+    EXPECT_TRUE(m_Log->GlobalLogExists());
+    EXPECT_EQ(
+        m_Written, "Test log initialized.\nLog Level: Normal\nUser Input module initialized\n");
+    EXPECT_EQ(Header(), L"Own");
+    m_Written.clear();
+    EXPECT_EQ(End(), TS_SUCCESS);
+    EXPECT_EQ(m_Written, "ended");
+}
+
+TEST_F(CommonInitWithLogTest, ALogThatIsNotGlobalKnowsOfNone) {
+    m_MakeGlobal = false;
+    EXPECT_EQ(Init(), TS_SUCCESS);
+    EXPECT_EQ(CAppState::Log(), nullptr);
+    EXPECT_FALSE(m_Log->GlobalLogExists());
+}
+
+TEST_F(CommonInitWithLogTest, AnAbortIsReportedToTheGivenLog) {
+    CUIUpdate::GetUIUpdate()->ThrowExceptionOnAbort(true);
+    CUIUpdate::GetUIUpdate()->AbortFunction(true);
+    EXPECT_EQ(Init(), TS_ABORTED);
+    EXPECT_EQ(m_Log, m_Given);
+    EXPECT_EQ(m_UserInput, nullptr);
+    EXPECT_NE(m_Written.find("Exception thrown: Test Aborted by user..\n"), std::string::npos)
+        << m_Written;
+    EXPECT_NE(m_Written.find("Unable to create User Input module.\n"), std::string::npos);
+    CUIUpdate::GetUIUpdate()->AbortFunction(false);
+}
+
 } // namespace

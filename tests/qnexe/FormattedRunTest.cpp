@@ -1,5 +1,6 @@
 // The whole program with its log in the formatted view, where there is no terminal.
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -14,12 +15,6 @@ class FormattedRunTest : public ChildHost {
 protected:
     std::vector<std::string> Arguments(std::string const & suite) const {
         return {"--suite", Suite(suite), "--view", "formatted", "--log", File("run.log")};
-    }
-
-    static std::string Stop() {
-        return "INFO    \nStop time: <time>\nINFO    Duration:  <seconds>.\n"
-               "INFO    Stopping Test [ T1:\n     Number of: Fails (0); Aborts (0); Warnings (0) ]"
-               "\r\n\n";
     }
 };
 
@@ -38,13 +33,21 @@ TEST_F(FormattedRunTest, AFileOnStandardErrorNeverGetsColors) {
                     "TEST RESULTS:\n    [ Passed (1); Failed (0) ]\n"}));
 }
 
+TEST_F(FormattedRunTest, FileHasTheBytesOfTheConsolesLog) {
+    for (std::string const suite : {"failing", "looking", "throwing"}) {
+        SCOPED_TRACE(suite);
+        std::filesystem::remove(File("run.log"));
+        Run(Arguments(suite));
+        EXPECT_EQ(Normalized(Contents(File("run.log"))), RunSuite(suite).error);
+    }
+}
+
 TEST_F(FormattedRunTest, WhatIsRecordedBehindTheLogIsNotFiled) {
     EXPECT_EQ(Run(Arguments("late")).code, 0);
+    constexpr char counts[] = "Fails (0); Aborts (0); Warnings (0)";
     EXPECT_EQ(
         Normalized(Contents(File("run.log"))),
-        Opened() + "INFO    Start time: <time>\n" + Stop()
-            + "INFO    TEST SUITE SUMMARY:\n    [ Fails (0); Aborts (0); Warnings (0) ]\n"
-              "INFO    TEST RESULTS:\n    [ Passed (1); Failed (0) ]\n");
+        Opened() + Started() + Stopped("T1", counts) + Summary(counts, 1, 0));
 }
 
 TEST_F(FormattedRunTest, EveryEntryThatWasWrittenIsInTheFileOfAKilledRun) {
@@ -54,7 +57,7 @@ TEST_F(FormattedRunTest, EveryEntryThatWasWrittenIsInTheFileOfAKilledRun) {
     auto const end = child.Wait();
     ASSERT_TRUE(end && end->killed);
     std::string const told = TextOfBytes(child.Output());
-    std::string entries = Opened() + "INFO    Start time: <time>\n";
+    std::string entries = Opened() + Started();
     for (std::size_t from = 0, to; (to = told.find('\n', from)) != told.npos; from = to + 1)
         entries += "INFO    entry " + told.substr(from, to - from) + '\n';
     EXPECT_EQ(Normalized(Contents(File("run.log"))).substr(0, entries.size()), entries);

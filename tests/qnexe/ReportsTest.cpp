@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -62,23 +63,30 @@ TEST_F(ReportsTest, FailureIsInEveryReportAndTheExitCodeStays) {
     EXPECT_THAT(LastEvent(), HasSubstr("\"verdict\":\"failed\""));
 }
 
-// The record keeps no line end behind a text, so there is no blank line behind one.
-std::string WithoutBlankLines(std::string text) {
-    std::erase(text, '\r');
-    for (auto at = text.find("\n\n"); at != text.npos; at = text.find("\n\n", at))
-        text.erase(at, 1);
-    return text;
+TEST_F(ReportsTest, ConsoleAndLogFileHaveTheBytesOfARunWithoutReports) {
+    for (std::string const suite : {"failing", "looking", "empty", "throwing"}) {
+        SCOPED_TRACE(suite);
+        std::string const log = File(suite + ".log");
+        Result const bare = RunSuite(suite);
+        Result const reported =
+            Run({"--suite", Suite(suite), "--report", AllReports() + ",overwrite", "--log", log});
+        EXPECT_EQ(reported.error, bare.error);
+        EXPECT_EQ(reported.code, bare.code);
+        EXPECT_EQ(Normalized(Contents(log)), bare.error);
+    }
 }
 
-TEST_F(ReportsTest, ConsoleShowsTheEntriesAsWithoutReports) {
-    EXPECT_EQ(
-        WithoutBlankLines(RunReporting("failing").error),
-        WithoutBlankLines(RunSuite("failing").error));
+TEST_F(ReportsTest, HeldBackEntriesComeAsInARunWithoutReports) {
+    std::vector<std::string> arguments = {"--suite", Suite("failing"), "--only-failures"};
+    Result const bare = Run(arguments);
+    arguments.insert(arguments.end(), {"--report", AllReports()});
+    EXPECT_EQ(Run(arguments).error, bare.error);
 }
 
-TEST_F(ReportsTest, LogFileIsWrittenBesides) {
-    Run({"--suite", Suite("failing"), "--report", AllReports(), "--log", File("run.log")});
-    EXPECT_THAT(Contents(File("run.log")), HasSubstr("FAIL    no answer from port 1"));
+TEST_F(ReportsTest, SummaryOfTheSuiteIsInTheJournal) {
+    RunReporting("failing");
+    EXPECT_THAT(
+        Journal(), HasSubstr("\"text\":\"TEST RESULTS:\\n    [ Passed (1); Failed (1) ]\""));
 }
 
 TEST_F(ReportsTest, FormattedLogHasReportsToo) {

@@ -35,7 +35,7 @@ protected:
     }
 
     static void Enter(LogFile & log, TEST_STATUS status, char const * text) {
-        log.EntryWritten(CTestLog(true), {status, text, "color:#FF0000", {}});
+        log.Append(LogLine(status, text));
     }
 
     template <typename Log>

@@ -41,9 +41,9 @@ void RefuseLogFile(std::string const & name) {
         + "exists and may be written to.");
 }
 
-std::string LineOf(CTestLogEntry const & entry) {
-    std::string line(StatusWord(entry.status));
-    line.append(entry.text).push_back('\n');
+std::string LogLine(TEST_STATUS status, std::string_view text) {
+    std::string line(StatusWord(status));
+    line.append(text).push_back('\n');
     return line;
 }
 
@@ -57,8 +57,7 @@ LogFile::LogFile(std::string const & name) : m_Name(name), m_File(std::fopen(nam
     if (!m_File) RefuseLogFile(name);
 }
 
-void LogFile::EntryWritten(CTestLog const &, CTestLogEntry const & entry) {
-    std::string const line = LineOf(entry);
+void LogFile::Append(std::string const & line) {
     bool const written = std::fwrite(line.data(), 1, line.size(), m_File.get()) == line.size();
     if (std::fflush(m_File.get()) != 0 || !written) m_IsWhole = false;
 }

@@ -1,5 +1,5 @@
 // The text file of a run's log: kept here when the log itself shows its entries elsewhere, watched
-// when the log writes the file too.
+// when the library's log writes the file too.
 //
 // For the thread that runs the tests. Every entry has left the process when its call returns: a
 // crash loses none.
@@ -9,8 +9,9 @@
 #include <ios>
 #include <memory>
 #include <string>
+#include <string_view>
 
-#include "siblings/QuillonLog.h"
+#include "log/TestStatus.h"
 
 // Throws std::runtime_error for a log that cannot be opened.
 [[noreturn]] void RefuseLogFile(std::string const & name);
@@ -18,18 +19,17 @@
 // Throws std::runtime_error for a log that lacks what the disk did not take.
 [[noreturn]] void RefuseGapsInLogFile(std::string const & name);
 
-// Status word, text and a line feed, as the console's log has them but for the blank line after a
-// text that ends its own line: the record keeps texts without that end.
-std::string LineOf(CTestLogEntry const & entry);
+// Status word, text and a line feed, as the console's log has them.
+std::string LogLine(TEST_STATUS status, std::string_view text);
 
-class LogFile : public CTestSuiteListener {
+class LogFile {
 public:
     // Appends. Throws std::runtime_error, whose text says what to do, when the file cannot be
     // opened.
     explicit LogFile(std::string const & name);
 
-    // An entry that cannot be written is lost: a log that cannot write does not stop a test.
-    void EntryWritten(CTestLog const & test, CTestLogEntry const & entry) override;
+    // A line that cannot be written is lost: a log that cannot write does not stop a test.
+    void Append(std::string const & line);
 
     // To be asked when the log has ended. Throws std::runtime_error when an entry was lost.
     void CheckWhole() const;
