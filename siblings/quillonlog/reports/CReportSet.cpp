@@ -33,10 +33,6 @@ struct Output {
     std::string problem{};
 };
 
-bool IsProblem(EntryKind kind) {
-    return kind == EntryKind::Fail || kind == EntryKind::Abort || kind == EntryKind::Error;
-}
-
 bool IsAborted(CTestLog const & test) {
     return test.AbortCount() != 0 || (test.TestStatus() & TEST_STATUS_ABORT) != 0;
 }

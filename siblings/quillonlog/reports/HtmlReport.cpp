@@ -15,6 +15,10 @@ constexpr std::string_view BlockEnd = "</ol></noscript>\n";
 
 constexpr std::size_t StateSize = 512;
 
+// Entries that follow each other faster than anybody reads them are written in pieces.
+constexpr std::size_t PieceSize = ReportFile::PageSize;
+constexpr std::chrono::milliseconds BurstTime{10};
+
 // The letter is the element's class, for the style sheet and the filter.
 struct KindForm {
     char const * letter;
@@ -56,6 +60,7 @@ void HtmlReport::SectionOpened(RunRecord const &, Section const & section) {
     m_File->Append(HtmlParts::GrowingSectionBegin(section));
     m_Begin = m_File->Size();
     m_EntryCount = m_SectionShown = m_SectionLeftOut = 0;
+    m_LastWritten = {};
 }
 
 bool HtmlReport::IsLeftOut(SectionEntry const & entry) const {
@@ -63,14 +68,14 @@ bool HtmlReport::IsLeftOut(SectionEntry const & entry) const {
     return isInformation && m_Shown >= MostEntries && m_SectionShown >= LeastOfSection;
 }
 
-// An entry is in the file at once: of a test that hangs or dies, the last entry tells the most.
+// Of a test that hangs or dies the last entries tell the most: an entry is in the file at once, or
+// in a burst of them a moment later with others. A problem is always there at once.
 void HtmlReport::EntryWritten(Section const & section, SectionEntry const & entry) {
     ++m_EntryCount;
     if (IsLeftOut(entry)) {
         ++m_SectionLeftOut;
         return;
     }
-    m_Text.clear();
     if (m_SectionShown % BlockSize == 0) {
         if (m_SectionShown != 0) m_Text += BlockEnd;
         m_Text += BlockBegin;
@@ -78,7 +83,15 @@ void HtmlReport::EntryWritten(Section const & section, SectionEntry const & entr
     ++m_SectionShown;
     ++m_Shown;
     AppendEntry(section, entry);
+    bool const isInBurst = entry.time.steady - m_LastWritten < BurstTime;
+    if (isInBurst && m_Text.size() < PieceSize && !IsProblem(entry.kind)) return;
+    m_LastWritten = entry.time.steady;
+    WritePending();
+}
+
+void HtmlReport::WritePending() {
     m_File->Append(m_Text);
+    m_Text.clear();
 }
 
 void HtmlReport::AppendEntry(Section const & section, SectionEntry const & entry) {
@@ -98,6 +111,7 @@ void HtmlReport::AppendEntry(Section const & section, SectionEntry const & entry
 
 void HtmlReport::SectionClosed(RunRecord const & run, Section const & section) {
     m_LeftOut += m_SectionLeftOut;
+    WritePending();
     std::string const end =
         std::string(m_SectionShown != 0 ? BlockEnd : "") + HtmlParts::LeftOut(m_SectionLeftOut);
     m_Entries.push_back({m_Begin, m_File->Size() + end.size()});

@@ -1,4 +1,4 @@
-// The page: written entry by entry while the run goes on, and made whole at its end.
+// The page: it grows with its entries while the run goes on, and is made whole at its end.
 //
 // While it grows, the page begins with how the run stands, and each section says that it is not
 // finished until its result follows: a browser shows whatever is there of it. At the end the
@@ -8,6 +8,7 @@
 // left out but for the begin of each test; the page says how much that is. All else is always kept.
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <vector>
@@ -30,6 +31,7 @@ public:
 
 private:
     bool IsLeftOut(SectionEntry const & entry) const;
+    void WritePending();
     void AppendEntry(Section const & section, SectionEntry const & entry);
     void WriteState(RunRecord const & run);
 
@@ -46,5 +48,7 @@ private:
     std::size_t m_EntryCount = 0;
     std::size_t m_SectionShown = 0;
     std::size_t m_SectionLeftOut = 0;
+    // Entries that are not in the file yet, and when the last one went there.
     std::string m_Text;
+    std::chrono::steady_clock::time_point m_LastWritten;
 };

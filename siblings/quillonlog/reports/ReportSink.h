@@ -17,6 +17,10 @@ inline constexpr std::size_t EntryKindCount = 8;
 
 EntryKind KindOfStatus(TEST_STATUS status);
 
+inline bool IsProblem(EntryKind kind) {
+    return kind == EntryKind::Fail || kind == EntryKind::Abort || kind == EntryKind::Error;
+}
+
 enum class SectionVerdict {
     // It has not ended: a run that dies now dies in it. Counts as failed.
     Open,
