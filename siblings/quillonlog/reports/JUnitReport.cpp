@@ -13,6 +13,8 @@ constexpr std::size_t LongestName = 400;
 // Twice in the head, where a character may take six.
 constexpr std::size_t LongestSuiteName = 200;
 constexpr std::size_t HeadSize = 3072;
+constexpr char NameOfRun[] = "The run";
+constexpr char RunIsOpen[] = "The run was not finished.";
 constexpr std::string_view Tail = "</testsuite>\n</testsuites>\n";
 
 void AppendAttribute(std::string & out, char const * name, std::string_view text) {
@@ -89,9 +91,9 @@ std::string JUnitReport::PaddedHead(RunRecord const & run, Counts const & counts
 void JUnitReport::RunStarted(RunRecord const & run) {
     m_ClassName =
         run.facts.suite.empty() ? "suite" : CleanText::Cut(run.facts.suite, LongestSuiteName);
-    std::string const front = PaddedHead(run, {}) + PropertiesOf(run.facts);
+    std::string const front = PaddedHead(run, WithOpenCase()) + PropertiesOf(run.facts);
     m_Cases = {front.size(), front.size()};
-    m_File->Append(front + std::string(Tail));
+    m_File->Append(front + CaseOfRun(RunIsOpen) + std::string(Tail));
 }
 
 // A server drops all but one of the cases that bear one name.
@@ -108,7 +110,7 @@ std::string JUnitReport::UniqueName(std::string const & name) {
     return unique;
 }
 
-std::string JUnitReport::CaseOf(Section const & section, std::string_view name) {
+std::string JUnitReport::CaseOf(Section const & section, std::string_view name) const {
     std::string text = "<testcase";
     AppendAttribute(text, "name", name);
     AppendAttribute(text, "classname", m_ClassName);
@@ -124,6 +126,17 @@ std::string JUnitReport::CaseOf(Section const & section, std::string_view name) 
     return text.append("</").append(element).append("></testcase>\n");
 }
 
+// Under a name that is free as yet. No test is open.
+std::string JUnitReport::CaseOfRun(std::string const & problem) const {
+    Section whole;
+    whole.verdict = SectionVerdict::Aborted;
+    whole.firstProblem = problem;
+    std::string name = NameOfRun;
+    for (std::size_t run = 2; m_Names.contains(name); ++run)
+        name = std::string(NameOfRun) + " (run " + std::to_string(run) + ")";
+    return CaseOf(whole, name);
+}
+
 void JUnitReport::Count(SectionVerdict verdict) {
     ++m_Counts.tests;
     if (verdict == SectionVerdict::Failed) ++m_Counts.failures;
@@ -132,7 +145,6 @@ void JUnitReport::Count(SectionVerdict verdict) {
 
 JUnitReport::Counts JUnitReport::WithOpenCase() const {
     Counts counts = m_Counts;
-    if (!m_HasOpenCase) return counts;
     ++counts.tests;
     ++counts.errors;
     return counts;
@@ -162,12 +174,9 @@ void JUnitReport::WriteEnd(std::string text) {
 }
 
 void JUnitReport::SectionOpened(RunRecord const & run, Section const & section) {
-    m_Texts.clear();
-    m_OmittedTexts = 0;
     m_OpenName.clear();
-    // What is no test is a case only if it fails.
-    m_HasOpenCase = section.isTest;
-    if (!m_HasOpenCase) return;
+    // What is no test is a case only if it fails; until then the run's own stands there.
+    if (!section.isTest) return;
     m_OpenName = UniqueName(section.name);
     ReplaceEnd(run, "", CaseOf(section, m_OpenName));
 }
@@ -186,26 +195,23 @@ void JUnitReport::EntryWritten(Section const &, SectionEntry const & entry) {
 }
 
 void JUnitReport::SectionClosed(RunRecord const & run, Section const & section) {
-    m_HasOpenCase = false;
     // What fails behind the last test tells of the failures before.
     bool const tellsOfOthers = section.isOutside && m_Counts.failures + m_Counts.errors != 0;
-    if (!IsCase(section) || tellsOfOthers) return;
+    bool const isCase = IsCase(section) && !tellsOfOthers;
+    std::string closed;
+    if (isCase) closed = CaseOf(section, section.isTest ? m_OpenName : UniqueName(section.name));
+    m_Texts.clear();
+    m_OmittedTexts = 0;
+    if (!isCase) return;
     Count(section.verdict);
-    std::string const name = section.isTest ? m_OpenName : UniqueName(section.name);
-    ReplaceEnd(run, CaseOf(section, name), "");
+    ReplaceEnd(run, closed, CaseOfRun(RunIsOpen));
 }
 
 void JUnitReport::RunEnded(RunRecord const & run) {
     std::string added;
     if (run.verdict != ERunVerdict::Passed && m_Counts.failures + m_Counts.errors == 0) {
-        Section whole;
-        whole.name = "The run";
-        whole.verdict = SectionVerdict::Aborted;
-        whole.firstProblem = run.reason.empty() ? "The run has not passed." : run.reason;
-        m_Texts.clear();
-        m_OmittedTexts = 0;
-        Count(whole.verdict);
-        added = CaseOf(whole, UniqueName(whole.name));
+        added = CaseOfRun(run.reason.empty() ? "The run has not passed." : run.reason);
+        Count(SectionVerdict::Aborted);
     }
     ReportFile::Replacement text(*m_File);
     text.Append(Head(run, m_Counts, Seconds(run.stop.steady - run.start.steady)));

@@ -2,8 +2,9 @@
 // validates.
 //
 // A test that passed, failed, or was aborted is a case; so is what is no test, when it failed. The
-// file is complete and well-formed at every moment: the case of the open test stands in it as an
-// error until it ends.
+// file is complete and well-formed at every moment. Until the run ends it has an error at its end,
+// so that a run that dies is never taken for one that passed: the case of the open test, or while
+// there is none a case of the run.
 #pragma once
 
 #include <map>
@@ -34,7 +35,8 @@ private:
     static std::string Head(RunRecord const & run, Counts const & counts, std::string_view seconds);
     std::string PaddedHead(RunRecord const & run, Counts const & counts) const;
     std::string UniqueName(std::string const & name);
-    std::string CaseOf(Section const & section, std::string_view name);
+    std::string CaseOf(Section const & section, std::string_view name) const;
+    std::string CaseOfRun(std::string const & problem) const;
     void Count(SectionVerdict verdict);
     Counts WithOpenCase() const;
     void ReplaceEnd(RunRecord const & run, std::string const & closed, std::string const & open);
@@ -51,5 +53,4 @@ private:
     // What the failures of the open test say.
     std::string m_Texts;
     std::size_t m_OmittedTexts = 0;
-    bool m_HasOpenCase = false;
 };

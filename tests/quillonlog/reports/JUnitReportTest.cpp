@@ -137,8 +137,28 @@ protected:
     std::string TextOf(std::size_t at) { return CasesOf(Read()).at(at).children.at(0).text; }
 };
 
-TEST_F(JUnitReportTest, FileIsValidBeforeAnythingHappens) {
-    EXPECT_THAT(Results(), ElementsAre());
+TEST_F(JUnitReportTest, RunThatIsNotOverIsAnErrorWhileNoTestIsOpen) {
+    EXPECT_THAT(Results(), ElementsAre("The run: error"));
+    EXPECT_EQ(MessageOf(0), "The run was not finished.");
+    Pass("T1");
+    EXPECT_THAT(Results(), ElementsAre("T1: passed", "The run: error"));
+    Open("power off", false);
+    EXPECT_THAT(Results(), ElementsAre("T1: passed", "The run: error"));
+    Close(TEST_STATUS_SUCCESS);
+    End();
+    EXPECT_THAT(Results(), ElementsAre("T1: passed"));
+}
+
+TEST_F(JUnitReportTest, TestThatIsNamedLikeTheRunKeepsItsName) {
+    Pass("The run");
+    EXPECT_THAT(Results(), ElementsAre("The run: passed", "The run (run 2): error"));
+    Pass("The run");
+    EXPECT_THAT(
+        Results(),
+        ElementsAre("The run: passed", "The run (run 2): passed", "The run (run 3): error"));
+}
+
+TEST_F(JUnitReportTest, RunWithoutTestsHasNoCase) {
     End();
     EXPECT_THAT(Results(), ElementsAre());
 }
@@ -162,6 +182,8 @@ TEST_F(JUnitReportTest, OpenTestIsAnErrorUntilItEnds) {
     EXPECT_THAT(Results(), ElementsAre("T1: passed", "T2: error"));
     EXPECT_EQ(MessageOf(1), "The test was not finished.");
     Close(TEST_STATUS_SUCCESS);
+    EXPECT_THAT(Results(), ElementsAre("T1: passed", "T2: passed", "The run: error"));
+    End();
     EXPECT_THAT(Results(), ElementsAre("T1: passed", "T2: passed"));
 }
 
@@ -176,6 +198,7 @@ TEST_F(JUnitReportTest, TestThatWasNeverClosedIsAnError) {
 TEST_F(JUnitReportTest, TestClosedWithoutAResultIsAnError) {
     Open("T1");
     m_Suite.CloseTest();
+    End();
     EXPECT_THAT(Results(), ElementsAre("T1: error"));
 }
 
@@ -183,9 +206,12 @@ TEST_F(JUnitReportTest, WhatIsNoTestIsACaseWhenItFails) {
     Open("power on", false);
     Close(TEST_STATUS_SUCCESS);
     Open("power off", false);
-    EXPECT_THAT(Results(), ElementsAre());
     Write(TEST_STATUS_FAIL, "no power");
     Close(TEST_STATUS_FAIL);
+    EXPECT_THAT(Results(), ElementsAre("power off: failure", "The run: error"));
+    EXPECT_EQ(TextOf(0), "no power\n");
+    EXPECT_EQ(TextOf(1), "");
+    End(ERunVerdict::Failed);
     EXPECT_THAT(Results(), ElementsAre("power off: failure"));
 }
 
@@ -214,6 +240,7 @@ TEST_F(JUnitReportTest, SecondRunOfATestHasANameOfItsOwn) {
     for (char const * const name : {"T", "T (run 2)", "T", "T", ""})
         Pass(name);
     Pass("");
+    End();
     EXPECT_THAT(
         Results(), ElementsAre(
                        "T: passed", "T (run 2): passed", "T (run 3): passed", "T (run 4): passed",
