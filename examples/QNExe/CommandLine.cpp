@@ -162,7 +162,8 @@ void Describe(CLI::App & app, Raw & raw) {
     app.add_option(
            "--view", raw.view,
            "How to show the log: console, formatted, or auto,\n"
-           "which is formatted on a terminal with colors")
+           "which is formatted on a terminal with colors and\n"
+           "has progress beneath it on any but a dumb one")
         ->check(CheckView)
         ->type_name("VIEW");
     app.add_flag(

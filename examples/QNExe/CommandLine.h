@@ -14,7 +14,8 @@
 #include "siblings/QuillonReports.h"
 
 enum class LogView {
-    // Formatted when standard error is a terminal, otherwise Console.
+    // On a terminal Formatted or, where it has no colors, the entries of Console with progress
+    // beneath them; otherwise Console. A dumb terminal is none.
     Auto,
     // The entries as the console's log writes them.
     Console,

@@ -23,13 +23,17 @@
 
 namespace {
 
-bool IsFormatted(LogView view) {
+// A terminal has progress beneath the log, with colors or without.
+bool HasOwnView(LogView view) {
     if (view != LogView::Auto) return view == LogView::Formatted;
-    return IsColorTerminal(stderr);
+    return IsCapableTerminal(stderr);
 }
 
+// Where no color tells a failure from a remark its word does.
+bool ShowsWords(LogView view) { return view == LogView::Auto && !IsColorTerminal(stderr); }
+
 std::unique_ptr<FormattedView> ViewFor(HostOptions const & options, RunView const * given) {
-    if (given != nullptr || !IsFormatted(options.view)) return nullptr;
+    if (given != nullptr || !HasOwnView(options.view)) return nullptr;
     return std::make_unique<FormattedView>(stderr);
 }
 
@@ -195,6 +199,8 @@ void Host::RunTests(TestSuite & suite) {
 bool Host::IsRecorded() const { return m_View || m_Reports; }
 
 std::unique_ptr<CMXLog> Host::MakeLog(LogFile * file) {
+    if (m_OwnView && ShowsWords(m_Options.view))
+        return std::make_unique<RecordedLog>(file, &m_Output);
     if (m_View != nullptr) return std::make_unique<FiledLog>(m_Output, file);
     if (m_Reports) return std::make_unique<RecordedLog>(file);
     return std::make_unique<CConsoleOutMXLog>(nullptr);

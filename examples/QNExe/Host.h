@@ -56,7 +56,7 @@ private:
     RunSettings m_Settings;
     COutputBuffer m_Output;
     CTestSuiteLog m_SuiteLog;
-    // Only for a formatted log that has no view of the caller's.
+    // Only at a terminal and for a formatted log, without a view of the caller's.
     std::unique_ptr<FormattedView> m_OwnView;
     // Null for the console's log.
     RunView * m_View;

@@ -40,6 +40,8 @@ TerminalView::Settings SettingsFor(std::FILE * stream) {
 
 } // namespace
 
+bool IsCapableTerminal(std::FILE * stream) { return IsCapable(stream, ReadEnvironment()); }
+
 bool IsColorTerminal(std::FILE * stream) {
     ColorEnvironment const environment = ReadEnvironment();
     return IsCapable(stream, environment) && WantsColor(environment, StreamKind::Terminal);

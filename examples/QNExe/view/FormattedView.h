@@ -10,8 +10,11 @@
 #include "examples/QNExe/view/TableReader.h"
 #include "examples/QNExe/view/TerminalView.h"
 
-// A terminal on which the environment wants colours. Without them a formatted log does not tell a
-// failure from a remark.
+// A terminal that takes away what it has shown, such as a line of progress.
+bool IsCapableTerminal(std::FILE * stream);
+
+// Such a terminal, on which the environment wants colours too. Without them a formatted log does
+// not tell a failure from a remark.
 bool IsColorTerminal(std::FILE * stream);
 
 class FormattedView : public RunView {

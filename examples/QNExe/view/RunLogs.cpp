@@ -22,10 +22,17 @@ RecordedLog::~RecordedLog() {
     if (!SummaryDumped()) DumpSummaryCounts();
 }
 
+void RecordedLog::Show(std::string const & line) {
+    if (m_Display != nullptr)
+        m_Display->AddText(line);
+    else
+        std::fwrite(line.data(), 1, line.size(), stderr);
+}
+
 TS_STATUS RecordedLog::InternalWrite(
     TEST_STATUS status, char const * const text, CFormatInfo const * format) {
     std::string const line = LogLine(status, text);
-    std::fwrite(line.data(), 1, line.size(), stderr);
+    Show(line);
     if (m_File != nullptr) m_File->Append(line);
     CTestLog * const record = CAppState::CurrentTestLog();
     if (record == nullptr) return TS_SUCCESS;

@@ -4,9 +4,12 @@
 // the thread that runs the tests and write the suite's summary when they end.
 #pragma once
 
+#include <string>
+
 #include "examples/QNExe/view/LogFile.h"
 #include "log/CHTMLMXLog.h"
 #include "log/CMXLog.h"
+#include "output/COutputBuffer.h"
 
 // To a graphical view, and so to the record, and to a file.
 class FiledLog : public CHTMLMXLog {
@@ -26,8 +29,10 @@ private:
 // To standard error, to a file and to the record, of which reports are made.
 class RecordedLog : public CMXLog {
 public:
-    // The file stays the caller's and may be null.
-    explicit RecordedLog(LogFile * file) : m_File(file) {}
+    // Both stay the caller's. `file` may be null; `display` takes what standard error gets if it is
+    // null.
+    explicit RecordedLog(LogFile * file, COutputBuffer * display = nullptr)
+        : m_File(file), m_Display(display) {}
     ~RecordedLog() override;
 
 protected:
@@ -35,5 +40,8 @@ protected:
     InternalWrite(TEST_STATUS status, char const * const text, CFormatInfo const * format) override;
 
 private:
+    void Show(std::string const & line);
+
     LogFile * m_File;
+    COutputBuffer * m_Display;
 };

@@ -62,6 +62,16 @@ protected:
         return text;
     }
 
+    // What a display shows of a test's begin stands in no console's log.
+    static std::string WithoutHeadings(std::string const & text) {
+        std::regex const heading("\n===============\n\nNow Starting Test: [^\n]*\n");
+        return std::regex_replace(text, heading, "");
+    }
+
+    static std::vector<Pty::Variables> WithoutColors() {
+        return {{{"NO_COLOR", "1"}}, {{"CLICOLOR", "0"}}};
+    }
+
     static std::string In(std::string const & codes, std::string const & text) {
         return "\x1b[" + codes + "m" + text + "\x1b[0m\n";
     }
@@ -210,12 +220,46 @@ TEST_F(TerminalRunTest, NoColorShowsTextAlone) {
 }
 
 TEST_F(TerminalRunTest, WithoutColorsEveryEntryHasItsWord) {
-    for (Pty::Variables const & variables :
-         {Pty::Variables{{"NO_COLOR", "1"}}, {{"CLICOLOR", "0"}}, {{"TERM", "dumb"}}}) {
+    for (Pty::Variables const & variables : WithoutColors()) {
         Pty terminal = At("passing", variables);
         EXPECT_EQ(terminal.Finish(), 0);
-        EXPECT_EQ(Normalized(terminal.Shown()), RunSuite("passing").error);
+        std::string const shown = Normalized(WithoutProgress(terminal.Shown()));
+        EXPECT_NE(shown.find("Now Starting Test: T2\n"), std::string::npos);
+        std::string console = RunSuite("passing").error;
+        std::erase(console, '\r');
+        EXPECT_EQ(WithoutHeadings(shown), console);
     }
+}
+
+TEST_F(TerminalRunTest, WithoutColorsProgressIsShownAndGoneAtTheEnd) {
+    for (Pty::Variables const & variables : WithoutColors()) {
+        Pty terminal = At("passing", variables);
+        EXPECT_EQ(terminal.Finish(), 0);
+        std::string const shown = terminal.Shown();
+        auto const progress = Progress(shown);
+        ASSERT_FALSE(progress.empty());
+        EXPECT_EQ(progress.back(), "[####################]  2/2  T2");
+        EXPECT_EQ(shown.substr(shown.size() - 4), "\r\x1b[K");
+    }
+}
+
+TEST_F(TerminalRunTest, WithoutColorsALogFileAndReportsAreAsEver) {
+    std::string const log = File("run.log");
+    Pty terminal(
+        Program(),
+        {"--suite", Suite("failing"), "--log", log, "--report", "json:" + File("run.jsonl")},
+        {{"NO_COLOR", "1"}});
+    EXPECT_EQ(terminal.Finish(), 1);
+    EXPECT_EQ(Normalized(Contents(log)), RunSuite("failing").error);
+    EXPECT_NE(
+        Contents(File("run.jsonl")).find("\"status\":\"fail\",\"text\":\"no answer from port 1\""),
+        std::string::npos);
+}
+
+TEST_F(TerminalRunTest, ViewOfTheConsoleHasNoProgress) {
+    Pty terminal(Program(), {"--suite", Suite("passing"), "--view", "console"}, {});
+    EXPECT_EQ(terminal.Finish(), 0);
+    EXPECT_EQ(Normalized(terminal.Shown()), RunSuite("passing").error);
 }
 
 TEST_F(TerminalRunTest, CliColorZeroShowsTextAloneUnlessColorsAreForced) {
@@ -230,7 +274,7 @@ TEST_F(TerminalRunTest, CliColorZeroShowsTextAloneUnlessColorsAreForced) {
 TEST_F(TerminalRunTest, ADumbTerminalGetsNoControlSequence) {
     Pty terminal = At("passing", {{"TERM", "dumb"}});
     EXPECT_EQ(terminal.Finish(), 0);
-    EXPECT_EQ(terminal.Shown().find('\x1b'), std::string::npos);
+    EXPECT_EQ(Normalized(terminal.Shown()), RunSuite("passing").error);
 }
 
 } // namespace
