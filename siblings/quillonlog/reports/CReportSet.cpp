@@ -9,6 +9,7 @@
 #include "siblings/quillonlog/reports/HtmlReport.h"
 #include "siblings/quillonlog/reports/JUnitReport.h"
 #include "siblings/quillonlog/reports/Journal.h"
+#include "siblings/quillonlog/reports/RawFile.h"
 #include "siblings/quillonlog/reports/ReportNames.h"
 
 namespace {
@@ -115,6 +116,8 @@ struct CReportSet::Data {
     std::mutex lock;
 
     void Begin(CReportRequest const & request);
+    void BeginFiles(CReportRequest const & request);
+    void GiveUp() noexcept;
     template <typename Tell>
     void TellAll(Tell const & tell);
     void Open(Section section);
@@ -124,12 +127,29 @@ struct CReportSet::Data {
     void Write(SectionEntry const & entry);
 };
 
-void CReportSet::Data::Begin(CReportRequest const & request) {
+void CReportSet::Data::BeginFiles(CReportRequest const & request) {
     ReportNames::Run const names{run.facts.suite, run.start.utc};
     for (auto const & wanted : request.files) {
         auto file = ReportNames::Begin(wanted, request.overwrite, names);
         std::string const name = file->Name();
         outputs.push_back({{wanted.format, name}, MakeSink(wanted.format, std::move(file))});
+    }
+}
+
+// There is no run of which the files could tell.
+void CReportSet::Data::GiveUp() noexcept {
+    for (Output & output : outputs) {
+        output.sink.reset();
+        RemoveFile(output.file.path);
+    }
+}
+
+void CReportSet::Data::Begin(CReportRequest const & request) {
+    try {
+        BeginFiles(request);
+    } catch (...) {
+        GiveUp();
+        throw;
     }
     for (Output const & output : outputs)
         if (auto notice = ReportNames::PointLatestAt(output.file.path, output.file.format);

@@ -69,7 +69,8 @@ bool HtmlReport::IsLeftOut(SectionEntry const & entry) const {
 }
 
 // Of a test that hangs or dies the last entries tell the most: an entry is in the file at once, or
-// in a burst of them a moment later with others. A problem is always there at once.
+// in a burst of them with those that follow. A problem is always there at once. A test that hangs
+// right behind a burst leaves its end, less than a piece, to the journal.
 void HtmlReport::EntryWritten(Section const & section, SectionEntry const & entry) {
     ++m_EntryCount;
     if (IsLeftOut(entry)) {

@@ -41,6 +41,14 @@ TEST_F(CReportSetTest, ReportThatCannotBeBegunThrows) {
     EXPECT_THROW(Begin("html:@/none/run.html"), std::runtime_error);
 }
 
+TEST_F(CReportSetTest, WhereOneReportCannotBeBegunTheOthersAreNotLeftEmpty) {
+    EXPECT_THROW(
+        Begin("junit:@/run.xml,json:@/run.jsonl,html:@/none/run.html"), std::runtime_error);
+    EXPECT_FALSE(m_Folder.Has("run.xml"));
+    EXPECT_FALSE(m_Folder.Has("run.jsonl"));
+    EXPECT_FALSE(m_Folder.Has("latest.junit"));
+}
+
 TEST_F(CReportSetTest, ReportThatCannotBeFinishedIsTold) {
     Begin("html:@/run.html,json:@/run.jsonl");
     PutInTheWay("run.html.part");

@@ -174,15 +174,4 @@ TEST_F(HtmlReportTest, LongRunLeavesOutInformationAndNothingElse) {
     EXPECT_THAT(body, HasSubstr("<li id=e2-301 class=\"f\">"));
 }
 
-// Marks at one place are drawn once, but every failure's place has its mark.
-TEST_F(HtmlReportTest, TimeLineOfManyTestsStaysSmall) {
-    for (int i = 0; i < 20'000; ++i)
-        i == 7777 ? Fail("T", "no") : Pass("T");
-    End(ERunVerdict::Failed);
-    std::size_t const marks = CountOf(Body(), "<rect class=\"p\"");
-    EXPECT_LE(marks, 4000u);
-    EXPECT_GE(marks, 100u);
-    EXPECT_EQ(CountOf(Body(), "<rect class=\"f\""), 1u);
-}
-
 } // namespace
