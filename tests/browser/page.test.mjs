@@ -163,6 +163,17 @@ test('a narrow window has no need to scroll sideways', async () => {
   await picture(page, 'narrow');
 });
 
+test('a narrow window leaves texts most of its width, and the filter does not stand over them', async () => {
+  const page = await open(browser, sample, { viewport: { width: 360, height: 700 } });
+  await page.locator('#failures a').first().click();
+  await until(page, () => document.querySelector('.tools').getBoundingClientRect().bottom <= 0);
+  for (const selector of ['.log li.f span', '#failures li p']) {
+    const width = await page.locator(selector).first().evaluate((each) => each.getBoundingClientRect().width);
+    assert.ok(width >= 220, `${selector} is ${width} wide`);
+  }
+  await picture(page, 'narrow-log');
+});
+
 // Time from the order to open until everything has happened that opening brings.
 async function secondsToOpen(address, options) {
   const begin = performance.now();

@@ -62,6 +62,8 @@ TEST(CleanTextTest, CodePointsThatAreNoCharactersAreShown) {
          {Case{"\xEF\xBF\xBE", "\\u{FFFE}"},
           {"\xEF\xBF\xBF", "\\u{FFFF}"},
           {"\xEF\xB7\x90", "\\u{FDD0}"},
+          {"\xEF\xB7\xAF", "\\u{FDEF}"},
+          {"\xEF\xB7\xB0", "\xEF\xB7\xB0"},
           {"\xF0\x9F\xBF\xBE", "\\u{1FFFE}"},
           {"\xF4\x8F\xBF\xBF", "\\u{10FFFF}"}})
         EXPECT_EQ(CleanText::Markup(text), expected);
