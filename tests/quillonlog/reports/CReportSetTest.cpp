@@ -15,6 +15,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 
 class CReportSetTest : public ReportRun {
 protected:
@@ -71,6 +72,31 @@ TEST_F(CReportSetTest, ReportThatFailsInTheRunKeepsItsProblem) {
     EXPECT_EQ(m_Reports->Problems().size(), 1u);
     End();
     EXPECT_EQ(m_Reports->Problems().size(), 1u);
+}
+
+// It may end in half a line, and what was told in between is missing.
+TEST_F(CReportSetTest, ReportThatHasFailedStaysAsItIsAndNeverPasses) {
+    Begin("junit:@/run.xml");
+    PutInTheWay("run.xml.part");
+    for (int i = 0; i < 100; ++i)
+        Pass("a test whose case takes its room in the file");
+    std::filesystem::remove_all(m_Folder.Path() / "run.xml.part");
+    std::string const failed = Contents("run.xml");
+    EXPECT_THAT(failed, HasSubstr(" was not finished."));
+    EXPECT_THAT(failed, HasSubstr("errors=\"1\""));
+    Pass("T");
+    End();
+    EXPECT_EQ(Contents("run.xml"), failed);
+}
+
+TEST_F(CReportSetTest, CloseOfAnEarlierTestLeavesTheOpenOneOpen) {
+    Begin("json:@/run.jsonl");
+    CTestLog const & first = Open("T1");
+    Open("T2");
+    m_Reports->TestClosed(first);
+    EXPECT_THAT(Contents("run.jsonl"), Not(HasSubstr("\"name\":\"T2\",\"verdict\"")));
+    Close(TEST_STATUS_SUCCESS);
+    EXPECT_THAT(Contents("run.jsonl"), HasSubstr("\"name\":\"T2\",\"verdict\":\"passed\""));
 }
 
 TEST_F(CReportSetTest, SomebodyElsesLatestIsTold) {
