@@ -141,6 +141,7 @@ TEST_F(HtmlReportTest, QuestionsAndDevicesStandAmongTheEntries) {
 
 TEST_F(HtmlReportTest, WhatTheSuiteFiledIsShownButForEachTestsLine) {
     m_Suite.AddMeta("Test-Pass", "T1 [line of a test]");
+    m_Suite.AddMeta("Test-Fail", "T2 [line of a test]");
     m_Suite.AddMeta("Suite-Result", "PASS [x]");
     m_Suite.AddToSummary("TestVersion", "Morvex.dll ver 1");
     End();
