@@ -91,4 +91,22 @@ TEST_F(HtmlReportBurstTest, TestThatIsOverHasAllItsEntries) {
     EXPECT_THAT(File(), HasSubstr("the last</span></li>\n</ol></noscript>\n"));
 }
 
+// So that a kill in the middle of its next write leaves the one or the other.
+TEST(HtmlReportStateTest, StateOfAGrowingPageStandsInOnePageOfItsFile) {
+    Folder const folder;
+    for (std::size_t size = 0; size < ReportFile::PageSize; size += 256) {
+        SCOPED_TRACE(size);
+        RunRecord run;
+        run.facts.suite = std::string(size, 'x');
+        HtmlReport page(
+            std::make_unique<ReportFile>(folder.File("page.html"), RawFile::Open::Empty));
+        page.RunStarted(run);
+        std::string const file = folder.Contents("page.html");
+        std::size_t const begin = file.find("<header class=\"top o\">");
+        std::size_t const end = file.find("</header>", begin);
+        ASSERT_NE(end, file.npos);
+        EXPECT_EQ(begin / ReportFile::PageSize, end / ReportFile::PageSize);
+    }
+}
+
 } // namespace
