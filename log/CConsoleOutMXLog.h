@@ -1,7 +1,8 @@
 // The log sink of a run without a graphical host: entries on standard error, and in a text file.
 //
 // Each entry begins with a word for its status. A file that fails does not disturb the console. The
-// sink owns neither standard error nor anything beyond its base.
+// sink owns neither standard error nor anything beyond its base, and belongs to the thread that
+// runs the test.
 #pragma once
 
 #include "app/Export.h"

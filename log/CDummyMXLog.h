@@ -1,7 +1,8 @@
 // The log sink that discards everything.
 //
 // Entries are merged and counted as in any log. Tests are not: starting and stopping one does
-// nothing, so there are no start lines, no verdict entries and no summary.
+// nothing, so there are no start lines, no verdict entries and no summary. It belongs to the thread
+// that runs the test.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,6 @@
 // Owns a list of the system's devices for a scope.
+//
+// The list stays as it was when the object was made. Any thread may have one.
 #pragma once
 
 #include "app/Export.h"

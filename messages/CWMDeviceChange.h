@@ -1,4 +1,6 @@
 // A device event: what happened to which device, with a copy of the system's record.
+//
+// It owns the copy. One owner at a time, no lock, as CWindowsMessage.
 #pragma once
 
 #include "app/Export.h"

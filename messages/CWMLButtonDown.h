@@ -1,4 +1,6 @@
 // A click of the left button: which keys were down, and where.
+//
+// One owner at a time, no lock, as CWindowsMessage.
 #pragma once
 
 #include "app/Export.h"

@@ -9,6 +9,7 @@
 #include <cstddef>
 
 #include "platform/BaseTypes.h"
+#include "platform/Registry.h"
 
 #if defined(_WIN32)
 
@@ -122,9 +123,6 @@ inline constexpr DWORD DIGCF_DEVICEINTERFACE = 0x10;
 
 inline constexpr DWORD SPDRP_DEVICEDESC = 0;
 inline constexpr DWORD SPDRP_HARDWAREID = 1;
-
-inline constexpr DWORD REG_SZ = 1;
-inline constexpr DWORD REG_MULTI_SZ = 7;
 
 inline constexpr DWORD ERROR_INVALID_DATA = 13;
 inline constexpr DWORD ERROR_SERVICE_NOT_ACTIVE = 1062;

@@ -6,6 +6,7 @@
 #include "messages/CWMDeviceChange.h"
 #include "output/CUIUpdate.h"
 #include "platform/DeviceServices.h"
+#include "platform/Messaging.h"
 #include "platform/Synchronization.h"
 #include "settings/CIniArgs.h"
 
@@ -28,7 +29,7 @@ bool HasArrived(CMXLog & log) {
 
 // Waits in slices, so that the operator's abort comes through.
 TEST_STATUS WaitForArrival(CMXLog & log) {
-    int seconds = 30;
+    unsigned int seconds = 30;
     CAppState::GetIniArgs().GetArg("Suite", "Seconds", seconds);
     CMessageFilterSetter const filter(WM_DEVICECHANGE);
     CDeviceInterfaceRegistrar const registrar(UsbDevices);
@@ -36,13 +37,14 @@ TEST_STATUS WaitForArrival(CMXLog & log) {
         log.Write(TEST_STATUS_ABORT, "This system does not announce devices");
         return log.TestStatus();
     }
-    log.Write(TEST_STATUS_INFO, "Plug in a USB device within %d seconds", seconds);
-    for (int slice = 0; slice < seconds * 10; ++slice) {
+    log.Write(TEST_STATUS_INFO, "Plug in a USB device within %u seconds", seconds);
+    ULONGLONG const end = GetTickCount64() + ULONGLONG{seconds} * 1000;
+    while (GetTickCount64() < end) {
         WaitForSingleObject(CAppState::MessageFilterEvent(), 100);
         if (HasArrived(log)) return log.TestStatus();
         CUIUpdate::DoUpdate(false);
     }
-    log.Write(TEST_STATUS_FAIL, "No device came within %d seconds", seconds);
+    log.Write(TEST_STATUS_FAIL, "No device came within %u seconds", seconds);
     return log.TestStatus();
 }
 

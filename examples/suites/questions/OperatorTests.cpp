@@ -113,6 +113,19 @@ void AskForFile(CMXLog & log) {
         log.Write(TEST_STATUS_INFO, "No recording was chosen");
 }
 
+void AskForFiles(CMXLog & log) {
+    std::vector<CSafeString> * chosen = nullptr;
+    bool const isChosen =
+        Operator().SelectMultipleFiles(chosen, L"Choose reports", L"Reports|*.html|", false);
+    std::unique_ptr<std::vector<CSafeString>> const owned(chosen);
+    if (!isChosen) {
+        log.Write(TEST_STATUS_INFO, "No reports were chosen");
+        return;
+    }
+    for (CSafeString const & file : *owned)
+        log.Write(TEST_STATUS_INFO, "Report: %s", file);
+}
+
 TestCase Utility(std::string const & name, void (*ask)(CMXLog &)) {
     return {"Operator: " + name, false, [ask](CMXLog & log) {
                 ask(log);
@@ -131,5 +144,6 @@ std::vector<TestCase> OperatorTests() {
         Utility("list with a time-out", AskForSpeed),
         Utility("list with a way out", AskForSpeedOrNone),
         Utility("several of a list", AskForSpeeds),
-        Utility("file", AskForFile)};
+        Utility("file", AskForFile),
+        Utility("several files", AskForFiles)};
 }

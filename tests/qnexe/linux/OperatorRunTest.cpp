@@ -74,12 +74,15 @@ TEST_F(OperatorRunTest, TheSampleSuiteAsksOneQuestionOfEachKind) {
     terminal.Type("3 1\r");
     ASSERT_TRUE(terminal.WaitFor("File, or nothing> "));
     terminal.Type(File("mou") + "\t\r");
+    ASSERT_TRUE(terminal.WaitFor("Next file, or nothing to end> "));
+    terminal.Type("\r");
     EXPECT_EQ(terminal.Finish(), 0);
     for (std::string const & entry :
          {std::string("The operator has connected the device"), std::string("The light is on"),
           std::string("The hub has 7 ports"), std::string("The label says \"\xC2\xB5z\""),
           std::string("No answer in time"), std::string("Next: none"),
-          std::string("It has low speed\nIt has high speed"), "Chosen: " + File("mouse.bin")})
+          std::string("It has low speed\nIt has high speed"), "Chosen: " + File("mouse.bin"),
+          std::string("No reports were chosen")})
         EXPECT_TRUE(Has(terminal, entry)) << entry;
     EXPECT_TRUE(Has(terminal, "  1  low speed\n  2  full speed\n  3  high speed\n  0  None\n"));
 }

@@ -27,10 +27,10 @@ protected:
     }
 
     // The device is announced when the program asks for it.
-    Result RunAndPlug() {
-        auto & program = Start(
-            {"--suite", (ProgramFolder() / "usb_descriptors.so").string(), "--set",
-             "Suite.WaitForDevice=50"});
+    Result RunAndPlug(
+        std::string const & suite = "usb_descriptors.so",
+        std::string const & setting = "Suite.WaitForDevice=50") {
+        auto & program = Start({"--suite", (ProgramFolder() / suite).string(), "--set", setting});
         while (program.Error().find("Plug in a USB device") == std::string::npos) {
             if (!program.IsRunning()) break;
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
@@ -63,6 +63,14 @@ TEST_F(PluggedDeviceRunTest, FaultOfTheDeviceThatComesFailsTheRun) {
     Result const result = RunAndPlug();
     EXPECT_EQ(result.code, 1);
     EXPECT_THAT(result.error, HasSubstr("wMaxPacketSize"));
+}
+
+TEST_F(PluggedDeviceRunTest, TheExampleThatWaitsPassesWhenADeviceComes) {
+    Prepare("good/low_speed_mouse.bin", "1");
+    Result const result = RunAndPlug("arrivals.so", "Suite.Seconds=50");
+    EXPECT_EQ(result.code, 0);
+    EXPECT_THAT(result.error, HasSubstr("Event: DBT_DEVICEARRIVAL"));
+    EXPECT_THAT(result.error, EndsWith(Summary("Fails (0); Aborts (0); Warnings (0)", 1, 0)));
 }
 
 } // namespace
