@@ -3,6 +3,8 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <stdexcept>
+#include <string>
 
 #include "examples/QNExe/CommandLine.h"
 #include "examples/QNExe/ProgramName.h"
@@ -29,7 +31,11 @@ ERunVerdict VerdictOf(ExitCode code) {
 CReportRequest RequestedReports(HostOptions const & options) {
     if (options.reports) return *options.reports;
     char const * const asked = std::getenv("QN_REPORT");
-    return ReadReportRequest(asked != nullptr ? asked : "");
+    try {
+        return ReadReportRequest(asked != nullptr ? asked : "");
+    } catch (std::runtime_error const & wrong) {
+        throw std::runtime_error(std::string("QN_REPORT: ") + wrong.what());
+    }
 }
 
 RunReports::RunReports(CReportRequest const & request, CReportFacts facts)
