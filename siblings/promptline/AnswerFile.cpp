@@ -37,16 +37,24 @@ std::filesystem::path PathOf(std::string const & file) {
         "the file of answers \"" + file + "\" (QN_PROMPTS) cannot be used: " + what);
 }
 
+// Without the name that the reader's library gives the error, in brackets in front.
+std::string ReasonOf(Json::exception const & error) {
+    std::string const text = error.what();
+    auto const name = text.find("] ");
+    return "it is no JSON: " + (name == text.npos ? text : text.substr(name + 2));
+}
+
 Json ReadJson(std::string const & file) {
     std::ifstream stream(PathOf(file), std::ios::binary);
     // A folder opens like a file, but has nothing to read.
     stream.peek();
-    if (stream.bad() || !stream.is_open()) Fail(file, "it cannot be opened");
+    if (stream.bad() || !stream.is_open())
+        Fail(file, "it cannot be opened. Name a file that may be read.");
     stream.clear();
     try {
         return Json::parse(stream);
     } catch (Json::exception const & error) {
-        Fail(file, error.what());
+        Fail(file, ReasonOf(error));
     }
 }
 

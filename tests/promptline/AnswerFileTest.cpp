@@ -175,7 +175,8 @@ TEST_F(AnswerFileTest, AQuestionWithoutATextIsKnownByItsTitle) {
 }
 
 TEST_F(AnswerFileTest, AnythingElseInTheFileIsRefused) {
-    EXPECT_NE(Problem("{").find("parse error"), std::string::npos);
+    std::string const problem = Problem("{");
+    EXPECT_TRUE(problem.starts_with("it is no JSON: parse error at line 1, column 2: ")) << problem;
     std::string const shape = "it must hold one object with the one member \"answers\", a list";
     EXPECT_EQ(Problem("[]"), shape);
     EXPECT_EQ(Problem("{}"), shape);
@@ -213,7 +214,8 @@ TEST_F(AnswerFileTest, AFolderIsRefusedLikeAMissingFile) {
     } catch (std::runtime_error const & error) {
         EXPECT_EQ(
             std::string(error.what()), "the file of answers \"" + folder
-                                           + "\" (QN_PROMPTS) cannot be used: it cannot be opened");
+                                           + "\" (QN_PROMPTS) cannot be used: it cannot be opened. "
+                                             "Name a file that may be read.");
     }
 }
 

@@ -10,6 +10,8 @@
 
 namespace {
 
+using testing::AllOf;
+using testing::EndsWith;
 using testing::HasSubstr;
 
 HostOptions Options(std::vector<std::string> const & arguments) {
@@ -37,6 +39,13 @@ std::string Refusal(std::vector<std::string> const & arguments) {
 
 eQNLogVerbosity Level(std::string const & text) {
     return Options({"--suite", "s.so", "--verbosity", text}).verbosity;
+}
+
+TEST(CommandLineTest, RefusalEndsInOneFullStop) {
+    EXPECT_THAT(
+        Refusal({"--suite", "s.so", "--report", "pdf:a"}),
+        AllOf(EndsWith(" to replace files.\n"), HasSubstr("--report: \"pdf:a\" asks for")));
+    EXPECT_THAT(Refusal({"--suite", "s.so", "--loud"}), EndsWith("--loud.\n"));
 }
 
 TEST(CommandLineTest, SuiteAloneLeavesTheRestAtItsDefaults) {

@@ -34,6 +34,16 @@ TEST_F(OperatorTest, AFileAnswersARun) {
     EXPECT_TRUE(Has(result.error, "the name is \"N\""));
 }
 
+TEST_F(OperatorTest, TheFileOfTheGuideAnswersTheSampleSuite) {
+    SetEnvironment("QN_PROMPTS", RECORDINGS "/../../questions/answers.json");
+    auto const suite = ProgramFolder() / ("usb_descriptors" SUITE_SUFFIX);
+    Result const result =
+        Run({"--suite", suite.string(), "--recordings", RECORDINGS "/good", "--interactive"});
+    EXPECT_EQ(result.code, 0) << result.error;
+    EXPECT_TRUE(Has(result.error, "The label says \"SN-0042\""));
+    EXPECT_TRUE(Has(result.error, "Passed (38); Failed (0)"));
+}
+
 TEST_F(OperatorTest, AQuestionWithoutAnAnswerAbortsTheRunAndIsNamed) {
     Answers(R"({"question": "Which name?", "answer": "N"})");
     Result const result = RunSuite("asking");

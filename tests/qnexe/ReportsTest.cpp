@@ -108,7 +108,7 @@ TEST_F(ReportsTest, VariableAsksForReportsUnlessTheOptionDoes) {
     EXPECT_EQ(result.output, "Report: " + File("option.xml") + '\n');
     EXPECT_FALSE(std::filesystem::exists(File("variable-2.xml")));
     EXPECT_EQ(wrong.code, 4);
-    EXPECT_THAT(wrong.error, HasSubstr("\"xml:a\" asks for no reports"));
+    EXPECT_THAT(wrong.error, HasSubstr("QNExe: QN_REPORT: \"xml:a\" asks for no reports"));
 }
 
 TEST_F(ReportsTest, FactsOfTheRunStandInThem) {

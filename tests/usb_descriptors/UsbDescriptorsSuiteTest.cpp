@@ -272,12 +272,17 @@ TEST_F(UsbDescriptorsSuiteTest, UnreadableRecordingIsAbortedAndFails) {
                              "ABORT Recording 1-1: the file cannot be read: ")));
 }
 
-TEST_F(UsbDescriptorsSuiteTest, FolderThatDoesNotExistIsTold) {
+TEST_F(UsbDescriptorsSuiteTest, FolderThatDoesNotExistIsToldInTheLogToo) {
     Set("Recordings", m_Folder.Text() + "/none");
+    LineLog log;
+    CAppState::Log(&log);
+    log.GlobalLogExists(true);
+    std::string const thrown = ThrownBy([] { UsbDescriptorsSuite().Tests(); });
+    CAppState::Log(nullptr);
     EXPECT_EQ(
-        ThrownBy([] { UsbDescriptorsSuite().Tests(); }),
-        "The folder of recordings does not exist: " + m_Folder.Text()
-            + "/none. Give an existing folder as Recordings of section Suite.");
+        thrown, "The folder of recordings does not exist: " + m_Folder.Text()
+                    + "/none. Give an existing folder as Recordings of section Suite.");
+    EXPECT_EQ(log.TakeLines(), (Lines{"ABORT " + thrown}));
 }
 
 TEST_F(UsbDescriptorsSuiteTest, WithoutAFolderTheDevicesOfTheMachineAreRead) {

@@ -3,6 +3,8 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <stdexcept>
+#include <string>
 
 #include "examples/QNExe/CommandLine.h"
 #include "examples/QNExe/ProgramName.h"
