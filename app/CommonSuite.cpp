@@ -141,7 +141,10 @@ TS_STATUS Common_InitTestSuite(
 TS_STATUS Common_InitTestSuiteWithLog(
     CMXLog *& log, std::unique_ptr<CMXLog> given, CMXUserInput *& userInput,
     char const * dialogHeader, bool displayVersions, bool makeGlobal) {
-    auto const giveLog = [&] { return given.release(); };
+    auto const giveLog = [&] {
+        if (given == nullptr) throw std::runtime_error("No test log was given");
+        return given.release();
+    };
     return StartOrReport(log, userInput, giveLog, {dialogHeader, displayVersions, makeGlobal});
 }
 

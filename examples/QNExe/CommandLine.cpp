@@ -175,7 +175,7 @@ void Describe(CLI::App & app, Raw & raw) {
     app.add_flag("--only-failures", raw.onlyFailures, "Leave out the entries of tests that pass");
     DescribeSettings(app, raw);
     app.footer("Exit code: 0 passed, 1 failed, 2 no test ran, 3 aborted by the operator,\n"
-               "4 could not run, or could not write its log file.");
+               "4 could not run, or could not write its log file or a report.");
 }
 
 std::optional<std::string> IfGiven(CLI::App const & app, char const * option, std::string value) {
@@ -232,8 +232,11 @@ HostOptions OptionsOf(CLI::App const & app, Raw const & raw) {
     return options;
 }
 
+// Some reasons are whole sentences, and others are none.
 CommandLineReply UsageError(CLI::ParseError const & error) {
-    return {"QNExe: " + std::string(error.what()) + ".\nQNExe --help shows the options.\n", true};
+    std::string const reason = error.what();
+    char const * const stop = reason.ends_with('.') ? "" : ".";
+    return {"QNExe: " + reason + stop + "\nQNExe --help shows the options.\n", true};
 }
 
 // CLI11 takes its arguments last one first.

@@ -228,4 +228,18 @@ TEST_F(CommonInitWithLogTest, AnAbortIsReportedToTheGivenLog) {
     CUIUpdate::GetUIUpdate()->AbortFunction(false);
 }
 
+TEST_F(CommonInitWithLogTest, WithoutALogItFailsAndSaysSoInTheBuffer) {
+    EXPECT_EQ(
+        Common_InitTestSuiteWithLog(m_Log, nullptr, m_UserInput, m_Header, false, true),
+        TS_ABORTED);
+    EXPECT_EQ(m_Log, nullptr);
+    EXPECT_EQ(m_UserInput, nullptr);
+    Lines const shown = Take(m_Bench.m_Buffer);
+    std::string text;
+    for (auto const & line : shown)
+        text += line;
+    EXPECT_NE(text.find("Exception thrown: No test log was given."), std::string::npos) << text;
+    EXPECT_NE(text.find("Unable to create test log."), std::string::npos) << text;
+}
+
 } // namespace

@@ -1,5 +1,5 @@
 // The loop of the window thread on poll: the message queue, and a pipe on which the signal handler
-// rings.
+// rings. SIGTERM, with which an unattended run is ended, counts as Ctrl-C does.
 #include "examples/QNExe/HostLoop.h"
 
 #include <atomic>
@@ -17,7 +17,12 @@ namespace {
 
 std::atomic<int> interruptRead{-1};
 std::atomic<int> interruptWrite{-1};
-struct sigaction actionBefore;
+
+struct WatchedSignal {
+    int const number;
+    struct sigaction actionBefore;
+};
+WatchedSignal watchedSignals[] = {{SIGINT, {}}, {SIGTERM, {}}};
 
 // Runs on whichever thread the signal meets: only what a handler may call.
 void RingForInterrupt(int) {
@@ -40,13 +45,13 @@ void OpenPipe() {
 
 // Resetting the handler at its first call leaves the second Ctrl-C to the system. Restarting keeps
 // the interruption out of the suite's own system calls.
-void WatchSignal() {
-    sigaction(SIGINT, nullptr, &actionBefore);
-    if (actionBefore.sa_handler == SIG_IGN) return;
+void Watch(WatchedSignal & signal) {
+    sigaction(signal.number, nullptr, &signal.actionBefore);
+    if (signal.actionBefore.sa_handler == SIG_IGN) return;
     struct sigaction watch = {};
     watch.sa_handler = RingForInterrupt;
     watch.sa_flags = static_cast<int>(SA_RESETHAND) | SA_RESTART;
-    sigaction(SIGINT, &watch, nullptr);
+    sigaction(signal.number, &watch, nullptr);
 }
 
 bool TakeInterrupt() {
@@ -77,11 +82,13 @@ bool ServeMessages() {
 
 HostLoop::HostLoop(HWND window) : m_Window(window) {
     OpenPipe();
-    WatchSignal();
+    for (WatchedSignal & signal : watchedSignals)
+        Watch(signal);
 }
 
 HostLoop::~HostLoop() {
-    sigaction(SIGINT, &actionBefore, nullptr);
+    for (WatchedSignal const & signal : watchedSignals)
+        sigaction(signal.number, &signal.actionBefore, nullptr);
     close(interruptWrite.exchange(-1));
     close(interruptRead.exchange(-1));
 }

@@ -35,7 +35,11 @@ void TellProblem(std::string const & text, RunView * view) {
 CReportRequest RequestedReports(HostOptions const & options) {
     if (options.reports) return *options.reports;
     char const * const asked = std::getenv("QN_REPORT");
-    return ReadReportRequest(asked != nullptr ? asked : "");
+    try {
+        return ReadReportRequest(asked != nullptr ? asked : "");
+    } catch (std::runtime_error const & wrong) {
+        throw std::runtime_error(std::string("QN_REPORT: ") + wrong.what());
+    }
 }
 
 RunReports::RunReports(CReportRequest const & request, CReportFacts facts)

@@ -1,4 +1,5 @@
-// Ctrl-C as a signal: what the loop does with it, and in which state it leaves it.
+// Ctrl-C as a signal, and the one that ends an unattended run: what the loop does with them, and in
+// which state it leaves them.
 #include "examples/QNExe/HostLoop.h"
 
 #include <chrono>
@@ -19,22 +20,22 @@ using Handler = void (*)(int);
 
 void Unused(int) {}
 
-Handler Disposition() {
-    struct sigaction action = {};
-    sigaction(SIGINT, nullptr, &action);
-    return action.sa_handler;
-}
-
-class HostLoopTest : public testing::Test {
+class HostLoopTest : public testing::TestWithParam<int> {
 protected:
+    static Handler Disposition() {
+        struct sigaction action = {};
+        sigaction(GetParam(), nullptr, &action);
+        return action.sa_handler;
+    }
+
     static bool AbortStands() { return CUIUpdate::GetUIUpdate()->AbortFunction(); }
 
     LibraryState m_State;
 };
 
-TEST_F(HostLoopTest, FirstSignalIsTheOperatorsAbortAlsoWhenItCameBeforeTheLoop) {
+TEST_P(HostLoopTest, FirstSignalIsTheOperatorsAbortAlsoWhenItCameBeforeTheLoop) {
     HostWindow window;
-    raise(SIGINT);
+    raise(GetParam());
     EXPECT_FALSE(AbortStands());
     std::thread test([&] {
         auto const deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
@@ -47,26 +48,26 @@ TEST_F(HostLoopTest, FirstSignalIsTheOperatorsAbortAlsoWhenItCameBeforeTheLoop) 
     EXPECT_TRUE(AbortStands());
 }
 
-TEST_F(HostLoopTest, SecondSignalIsLeftToTheSystem) {
+TEST_P(HostLoopTest, SecondSignalIsLeftToTheSystem) {
     HostWindow const window;
     EXPECT_NE(Disposition(), SIG_DFL);
-    raise(SIGINT);
+    raise(GetParam());
     EXPECT_EQ(Disposition(), SIG_DFL);
 }
 
-TEST_F(HostLoopTest, SignalThatIsIgnoredStaysIgnored) {
-    signal(SIGINT, SIG_IGN);
+TEST_P(HostLoopTest, SignalThatIsIgnoredStaysIgnored) {
+    signal(GetParam(), SIG_IGN);
     HostWindow const window;
     EXPECT_EQ(Disposition(), SIG_IGN);
 }
 
-TEST_F(HostLoopTest, EndOfTheLoopPutsTheHandlerBack) {
-    signal(SIGINT, Unused);
+TEST_P(HostLoopTest, EndOfTheLoopPutsTheHandlerBack) {
+    signal(GetParam(), Unused);
     { HostLoop const loop(nullptr); }
     EXPECT_EQ(Disposition(), Unused);
 }
 
-TEST_F(HostLoopTest, WithoutALoopNoWindowIsLeftBehind) {
+TEST_P(HostLoopTest, WithoutALoopNoWindowIsLeftBehind) {
     // The thread's queue has its descriptor already, so that the loop is the first to miss one.
     MorvexMessageDescriptor();
     {
@@ -75,5 +76,7 @@ TEST_F(HostLoopTest, WithoutALoopNoWindowIsLeftBehind) {
     }
     EXPECT_NO_THROW(HostWindow());
 }
+
+INSTANTIATE_TEST_SUITE_P(Signals, HostLoopTest, testing::Values(SIGINT, SIGTERM));
 
 } // namespace

@@ -197,7 +197,7 @@ TEST_F(OperatorRunTest, WithoutAQuestionTheTerminalKeepsItsModes) {
 }
 
 TEST_F(OperatorRunTest, ASignalThatEndsTheProgramAtAQuestionGivesTheTerminalBack) {
-    for (int const signal : {SIGABRT, SIGHUP, SIGQUIT, SIGTERM}) {
+    for (int const signal : {SIGABRT, SIGHUP, SIGQUIT}) {
         SCOPED_TRACE(signal);
         Pty terminal(
             "/bin/sh", {"-c", "read go; exec \"$0\" --suite \"$1\"", Program(), Suite("asking")},
@@ -211,6 +211,24 @@ TEST_F(OperatorRunTest, ASignalThatEndsTheProgramAtAQuestionGivesTheTerminalBack
         EXPECT_EQ(terminal.FinishBySignal(), signal);
         EXPECT_EQ(Content(terminal.Modes()), Content(before));
     }
+}
+
+TEST_F(OperatorRunTest, TerminationAtAQuestionEndsTheRunInOrder) {
+    Pty terminal = At("asking");
+    termios const before = terminal.Modes();
+    ASSERT_TRUE(terminal.WaitFor("1 Yes, 2 No> "));
+    terminal.Signal(SIGTERM);
+    EXPECT_EQ(terminal.Finish(), 3);
+    EXPECT_NE(terminal.Shown().find("TEST SUITE WAS ABORTED BY USER"), std::string::npos);
+    EXPECT_EQ(Content(terminal.Modes()), Content(before));
+}
+
+TEST_F(OperatorRunTest, TerminationOfARunningTestEndsTheRunInOrder) {
+    Pty terminal = At("endless");
+    ASSERT_TRUE(terminal.WaitFor("waiting"));
+    terminal.Signal(SIGTERM);
+    EXPECT_EQ(terminal.Finish(), 3);
+    EXPECT_NE(terminal.Shown().find("Test aborted by user."), std::string::npos);
 }
 
 TEST_F(OperatorRunTest, TheSecondInterruptAtAQuestionGivesTheTerminalBackToo) {
