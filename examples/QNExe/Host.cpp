@@ -126,8 +126,10 @@ Host::Host(HostOptions const & options, RunView * view)
 }
 
 void Host::FillState() {
-    for (std::string const & warning : m_Settings.Warnings())
+    for (std::string const & warning : m_Settings.Warnings()) {
         std::fprintf(stderr, "%s: %s\n", ProgramName, warning.c_str());
+        if (m_View != nullptr) m_View->TellProblem(warning);
+    }
     CAppState::AppTitle(ProgramName);
     CAppState::QNLogVerbosityLevel(m_Options.verbosity);
     CAppState::MainWindowHandle(m_Window.Handle());
@@ -142,7 +144,7 @@ ExitCode Host::Run() {
     std::thread testThread([this] { RunToTheEnd(); });
     m_Window.Serve();
     testThread.join();
-    if (m_Reports) m_Reports->Tell();
+    if (m_Reports) m_Reports->Tell(m_View);
     if (m_Failure) throw std::runtime_error(*m_Failure);
     return m_ExitCode;
 }

@@ -112,9 +112,11 @@ HostWindow::Class::Class() {
 
 HostWindow::Class::~Class() { UnregisterClassA(WindowClass, nullptr); }
 
+// Never shown, but of the highest level: Windows tells windows that take messages only nothing that
+// it tells everybody, such as what becomes of ports and volumes.
 HostWindow::Window::Window()
     : handle(CreateWindowExA(
-        0, WindowClass, "QNExe", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr)) {
+        0, WindowClass, "QNExe", 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr)) {
     if (handle == nullptr) Fail();
 }
 
@@ -168,6 +170,10 @@ LRESULT CALLBACK HostWindow::Receive(HWND window, UINT message, WPARAM wParam, L
     case WM_DEVICECHANGE:
         ForwardToTests(window, message, wParam, lParam);
         return TRUE;
+    case WM_CLOSE:
+        // Whoever asks programs to close their windows asks for the end of the run.
+        OnInterrupt();
+        return 0;
     case EndMessage:
         ShowTheRest();
         if (shownIn != nullptr) shownIn->AtEnd();

@@ -65,6 +65,14 @@ TEST_F(HostWindowTest, InterruptionAsksForAnAbort) {
     EXPECT_TRUE(AbortStands());
 }
 
+TEST_F(HostWindowTest, WhoeverClosesTheWindowAsksForAnAbort) {
+    ServeDuring([&] {
+        SendMessageA(m_Window.Handle(), WM_CLOSE, 0, 0);
+        EXPECT_NE(IsWindow(m_Window.Handle()), 0);
+    });
+    EXPECT_TRUE(AbortStands());
+}
+
 TEST_F(HostWindowTest, InterruptionOfARunThatIsOverAsksForNothing) {
     ServeDuring([&] {
         m_Window.RefuseAborts();

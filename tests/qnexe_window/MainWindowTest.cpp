@@ -1,6 +1,8 @@
 // The window itself: keys, buttons, sizes and resolutions.
 #include "examples/QNExe/windows/MainWindow.h"
 
+#include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -116,6 +118,34 @@ TEST_F(MainWindowTest, TheTabKeyGoesThroughAllThatTakesKeys) {
     EXPECT_EQ(GetDlgCtrlID(GetFocus()), ID_RUN_START);
     PressWith(VK_SHIFT, VK_TAB);
     EXPECT_EQ(GetDlgCtrlID(GetFocus()), ID_LOG_VIEW);
+}
+
+TEST_F(MainWindowTest, TheEnterKeyPressesTheButtonThatHasTheKeyboard) {
+    for (int const command : {ID_RUN_START, ID_RUN_ABORT, ID_LOG_SAVE}) {
+        m_Commands.clear();
+        SetFocus(Control(command));
+        EXPECT_TRUE(Press(VK_RETURN));
+        EXPECT_EQ(m_Commands, Commands{command});
+    }
+}
+
+TEST_F(MainWindowTest, EachButtonHasALetterThatNoMenuHas) {
+    SetFocus(Control(ID_LOG_VIEW));
+    for (auto const & [letter, command] :
+         {std::pair{L's', ID_RUN_START}, {L'a', ID_RUN_ABORT}, {L'l', ID_LOG_SAVE}}) {
+        m_Commands.clear();
+        EXPECT_TRUE(Press(letter, WM_SYSCHAR));
+        EXPECT_EQ(m_Commands, Commands{command});
+    }
+    HMENU const menu = GetMenu(m_Window.Handle());
+    for (int popup = 0; popup < GetMenuItemCount(menu); ++popup) {
+        wchar_t text[64] = {};
+        GetMenuStringW(menu, static_cast<UINT>(popup), text, 64, MF_BYPOSITION);
+        std::wstring const label = text;
+        auto const mark = label.find(L'&');
+        ASSERT_NE(mark, label.npos);
+        EXPECT_EQ(std::wstring(L"SAL").find(label[mark + 1]), std::wstring::npos) << Narrow(label);
+    }
 }
 
 TEST_F(MainWindowTest, TheKeyboardLeavesAButtonThatIsSwitchedOff) {

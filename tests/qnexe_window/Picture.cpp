@@ -57,9 +57,11 @@ Picture::~Picture() {
 }
 
 void Picture::Print(HWND window, POINT place) {
+    // Controls leave their clipping behind.
+    int const state = SaveDC(m_Device);
     SetViewportOrgEx(m_Device, place.x, place.y, nullptr);
     SendMessageW(window, WM_PRINT, reinterpret_cast<WPARAM>(m_Device), PRF_CLIENT | PRF_ERASEBKGND);
-    SetViewportOrgEx(m_Device, 0, 0, nullptr);
+    RestoreDC(m_Device, state);
     GdiFlush();
 }
 

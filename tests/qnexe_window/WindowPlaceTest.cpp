@@ -1,4 +1,6 @@
 // The window comes back where it was closed.
+#include "examples/QNExe/windows/WindowPlace.h"
+
 #include <gtest/gtest.h>
 
 #include "qnexe_window/KeptPlace.h"
@@ -58,6 +60,28 @@ TEST_F(WindowPlaceTest, APlaceThatIsNoneIsForgotten) {
         EXPECT_EQ(Frame(), first);
         EXPECT_EQ(Close(), 2);
     }
+}
+
+// A window that comes to a screen of twice the resolution, and does as the system bids it.
+LRESULT CALLBACK Grow(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_MOVE && GetWindowLongPtrW(window, GWLP_USERDATA) == 0) {
+        SetWindowLongPtrW(window, GWLP_USERDATA, 1);
+        SetWindowPos(window, nullptr, 0, 0, 1200, 800, SWP_NOMOVE | SWP_NOZORDER);
+    }
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+TEST_F(WindowPlaceTest, TheSizeStaysWhenTheScreenHasAnotherResolution) {
+    KeepPlace("40 30 640 430 normal");
+    HWND const window = CreateWindowExW(
+        0, L"STATIC", L"", WS_OVERLAPPEDWINDOW, 0, 0, 300, 200, nullptr, nullptr, nullptr, nullptr);
+    SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(Grow));
+    EXPECT_TRUE(RestoreWindowPlace(window));
+    EXPECT_EQ(GetWindowLongPtrW(window, GWLP_USERDATA), 1);
+    RECT frame = {};
+    GetWindowRect(window, &frame);
+    EXPECT_EQ(frame, (RECT{40, 30, 640, 430}));
+    DestroyWindow(window);
 }
 
 } // namespace

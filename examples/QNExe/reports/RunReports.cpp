@@ -8,6 +8,7 @@
 
 #include "examples/QNExe/CommandLine.h"
 #include "examples/QNExe/ProgramName.h"
+#include "examples/QNExe/view/RunView.h"
 
 namespace {
 
@@ -24,6 +25,11 @@ ERunVerdict VerdictOf(ExitCode code) {
     default:
         return ERunVerdict::CouldNotRun;
     }
+}
+
+void TellProblem(std::string const & text, RunView * view) {
+    std::fprintf(stderr, "%s: %s\n", ProgramName, text.c_str());
+    if (view != nullptr) view->TellProblem(text);
 }
 
 } // namespace
@@ -46,12 +52,15 @@ ExitCode RunReports::End(CTestSuiteLog const & suite, ExitCode code, std::string
     return m_Reports.Problems().empty() ? code : ExitCode::CouldNotRun;
 }
 
-void RunReports::Tell() const {
+void RunReports::Tell(RunView * view) const {
     for (std::string const & notice : m_Reports.Notices())
-        std::fprintf(stderr, "%s: %s\n", ProgramName, notice.c_str());
+        TellProblem(notice, view);
     for (std::string const & problem : m_Reports.Problems())
-        std::fprintf(stderr, "%s: %s\n", ProgramName, problem.c_str());
-    for (auto const & file : m_Reports.Files())
-        std::printf("Report: %s\n", file.path.c_str());
+        TellProblem(problem, view);
+    for (auto const & file : m_Reports.Files()) {
+        std::string const line = "Report: " + file.path;
+        std::printf("%s\n", line.c_str());
+        if (view != nullptr) view->Tell(line);
+    }
     std::fflush(stdout);
 }

@@ -1,6 +1,7 @@
 // The reports of one run of the host.
 //
-// Made, told of the run and ended on the test thread; Tell is for any thread when that is done.
+// Made, told of the run and ended on the test thread; Tell is for the view's thread when that is
+// done.
 #pragma once
 
 #include <memory>
@@ -11,6 +12,7 @@
 
 struct HostOptions;
 class RunSettings;
+class RunView;
 
 // Which reports the options ask for or else the variable QN_REPORT. Throws std::runtime_error,
 // whose text says what to do.
@@ -27,8 +29,9 @@ public:
     // be written is no silent pass.
     ExitCode End(CTestSuiteLog const & suite, ExitCode code, std::string const & reason = {});
 
-    // Names the files on standard output, and what went wrong with them on standard error.
-    void Tell() const;
+    // Names the files on standard output, and what went wrong with them on standard error; all of
+    // it in `view` too, which may be null.
+    void Tell(RunView * view) const;
 
 private:
     CReportSet m_Reports;

@@ -4,6 +4,8 @@
 // window's procedure, where a test may wait for it; Render comes after the test has gone on.
 #pragma once
 
+#include <string>
+
 class CTestSuiteListener;
 
 class RunView {
@@ -18,6 +20,11 @@ public:
 
     // The run is over and its records are whole; the test thread stands still.
     virtual void AtEnd() {}
+
+    // What the console is told besides the log, for whoever does not see the console: a notice or
+    // a problem, in UTF-8 without a line end.
+    virtual void Tell(std::string const &) {}
+    virtual void TellProblem(std::string const &) {}
 
     // While held something else has the place of the progress.
     virtual void HoldProgress(bool hold) = 0;

@@ -130,6 +130,7 @@ void MainWindow::ShowSuite(std::string const & name) {
 bool MainWindow::TakesMessage(MSG & message) {
     if (message.hwnd != m_Handle && IsChild(m_Handle, message.hwnd) == 0) return false;
     if (TranslateAcceleratorW(m_Handle, m_Keys, &message) != 0) return true;
+    if (message.message == WM_KEYDOWN && message.wParam == VK_RETURN && PressFocused()) return true;
     // The log would keep the key.
     if (message.message == WM_KEYDOWN && message.wParam == VK_TAB) {
         bool const back = GetKeyState(VK_SHIFT) < 0;
@@ -137,6 +138,17 @@ bool MainWindow::TakesMessage(MSG & message) {
         return true;
     }
     return IsDialogMessageW(m_Handle, &message) != 0;
+}
+
+// A window that is no dialog has no default button that the Enter key could press.
+bool MainWindow::PressFocused() const {
+    HWND const focused = GetFocus();
+    for (auto const & button : Buttons) {
+        if (GetDlgCtrlID(focused) != button.command) continue;
+        SendMessageW(focused, BM_CLICK, 0, 0);
+        return true;
+    }
+    return false;
 }
 
 LRESULT CALLBACK MainWindow::Receive(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {

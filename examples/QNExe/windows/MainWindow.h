@@ -58,6 +58,7 @@ private:
 
     std::optional<LRESULT> Handle(UINT message, WPARAM wParam, LPARAM lParam);
     void Create();
+    bool PressFocused() const;
     void OnDpiChanged(UINT dpi, RECT const & wanted);
     void Layout();
     void PlaceButtons(RECT const & area);

@@ -42,8 +42,6 @@ bool AsksForEnd(HWND window) {
            == IDYES;
 }
 
-TextLook ProblemLook() { return {.bold = true, .color = RGB(0xB0, 0, 0)}; }
-
 // Keeps the choice of the command line once, so that no run puts it over what was chosen since.
 std::vector<std::string> KeepChoice(HostOptions & options) {
     IdleState const state;
@@ -179,5 +177,5 @@ void OperatorSession::EnableCommands() {
 
 void OperatorSession::ShowProblem(std::string const & text) {
     m_HasText = true;
-    m_Window.Log().Add({{*Utf8ToUtf16(text) + L"\r\n", ProblemLook()}});
+    m_View.TellProblem(text);
 }

@@ -2,12 +2,14 @@
 #include "examples/QNExe/windows/SetupDialog.h"
 
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <utility>
 
 #include "examples/QNExe/windows/Controls.h"
 #include "examples/QNExe/windows/FileDialogs.h"
 #include "examples/QNExe/windows/ResourceIds.h"
+#include "siblings/QuillonReports.h"
 
 namespace {
 
@@ -30,9 +32,25 @@ void SetGiven(HostOptions & options, std::string const & name, std::string const
     if (!value.empty()) options.given.emplace_back(name, value);
 }
 
+constexpr std::pair<EReportFormat, char const *> ReportFormats[] = {
+    {EReportFormat::Html, "html:"},
+    {EReportFormat::JUnit, "junit:"},
+    {EReportFormat::Json, "json:"},
+};
+
+// The words that ReadReportRequest reads.
+std::string WordsOf(CReportRequest const & request) {
+    std::string words;
+    for (auto const & [format, path] : request.files)
+        for (auto const & [known, word] : ReportFormats)
+            if (known == format) words += (words.empty() ? "" : ",") + (word + path);
+    return request.overwrite ? words + ",overwrite" : words;
+}
+
 void Fill(HWND dialog, HostOptions const & options) {
     ControlText(dialog, ID_SETUP_SUITE, options.suite);
     ControlText(dialog, ID_SETUP_RECORDINGS, options.recordings.value_or(""));
+    if (options.reports) ControlText(dialog, ID_SETUP_REPORTS, WordsOf(*options.reports));
     for (auto const & [control, option, name] : Switches)
         CheckDlgButton(dialog, control, options.*option ? BST_CHECKED : BST_UNCHECKED);
 }
@@ -45,7 +63,16 @@ void TakeTexts(HWND dialog, HostOptions & options) {
     SetGiven(options, "recordings", folder);
 }
 
+// Throws std::runtime_error when the words ask for no reports.
+void TakeReports(HWND dialog, HostOptions & options) {
+    std::string const words = ControlText(dialog, ID_SETUP_REPORTS);
+    auto const request = ReadReportRequest(words);
+    options.reports = words.empty() ? std::nullopt : std::optional(request);
+    SetGiven(options, "report", words);
+}
+
 void Take(HWND dialog, HostOptions & options) {
+    TakeReports(dialog, options);
     TakeTexts(dialog, options);
     for (auto const & [control, option, name] : Switches) {
         options.*option = IsDlgButtonChecked(dialog, control) == BST_CHECKED;
@@ -63,12 +90,36 @@ void BrowseForRecordings(HWND dialog) {
     if (folder) ControlText(dialog, ID_SETUP_RECORDINGS, *folder);
 }
 
+// A folder in which each run finds names of its own.
+void BrowseForReports(HWND dialog) {
+    auto folder = AskForFolder(dialog, L"Choose the folder for the reports");
+    if (!folder) return;
+    if (!folder->ends_with('\\')) *folder += '\\';
+    CReportRequest request;
+    for (auto const & [format, word] : ReportFormats)
+        request.files.push_back({format, *folder});
+    ControlText(dialog, ID_SETUP_REPORTS, WordsOf(request));
+}
+
+// What is wrong stays to be mended.
+void Accept(HWND dialog) {
+    try {
+        Take(dialog, *reinterpret_cast<HostOptions *>(GetWindowLongPtrW(dialog, DWLP_USER)));
+        EndDialog(dialog, IDOK);
+    } catch (std::runtime_error const & wrong) {
+        ControlText(dialog, ID_SETUP_REPLY, wrong.what());
+        SendMessageW(
+            dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(dialog, ID_SETUP_REPORTS)),
+            TRUE);
+    }
+}
+
 void Do(HWND dialog, int command) {
     if (command == ID_SETUP_SUITE_BROWSE) BrowseForSuite(dialog);
     if (command == ID_SETUP_RECORDINGS_BROWSE) BrowseForRecordings(dialog);
-    if (command == IDOK)
-        Take(dialog, *reinterpret_cast<HostOptions *>(GetWindowLongPtrW(dialog, DWLP_USER)));
-    if (command == IDOK || command == IDCANCEL) EndDialog(dialog, command);
+    if (command == ID_SETUP_REPORTS_FOLDER) BrowseForReports(dialog);
+    if (command == IDOK) Accept(dialog);
+    if (command == IDCANCEL) EndDialog(dialog, IDCANCEL);
 }
 
 INT_PTR CALLBACK Receive(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {

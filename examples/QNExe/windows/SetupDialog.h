@@ -1,4 +1,5 @@
-// The dialog in which a run is set up: suite, recordings, what is asked and what is logged.
+// The dialog in which a run is set up: suite, recordings, reports, what is asked and what
+// is logged.
 #pragma once
 
 #include <windows.h>

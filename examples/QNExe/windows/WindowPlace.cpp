@@ -57,5 +57,8 @@ bool RestoreWindowPlace(HWND window) {
     if (!TS_GetRegistryString(HKEY_CURRENT_USER, Key().c_str(), ValueName, text)) return false;
     auto const place = Read(text);
     if (!place || !IsOnScreen(place->rcNormalPosition)) return false;
+    if (SetWindowPlacement(window, &*place) == 0) return false;
+    // On the way to a screen of another resolution the window has scaled itself, as whoever drags
+    // it there wants it; the place that was kept is in that screen's pixels already.
     return SetWindowPlacement(window, &*place) != 0;
 }

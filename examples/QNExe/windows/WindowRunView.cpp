@@ -6,6 +6,7 @@
 #include "app/CAppState.h"
 #include "examples/QNExe/windows/MainWindow.h"
 #include "output/CUIUpdate.h"
+#include "siblings/Keelbase.h"
 
 namespace {
 
@@ -60,6 +61,16 @@ void WindowRunView::Render() {
 void WindowRunView::AtEnd() {
     TakeOver(true);
     Render();
+}
+
+void WindowRunView::Tell(std::string const & text) { AddLine(text, {}); }
+
+void WindowRunView::TellProblem(std::string const & text) {
+    AddLine(text, {.bold = true, .color = RGB(0xB0, 0, 0)});
+}
+
+void WindowRunView::AddLine(std::string const & text, TextLook const & look) {
+    m_Window.Log().Add({{*Utf8ToUtf16(text) + L"\r\n", look}});
 }
 
 bool WindowRunView::TakesMessage(void * message) {

@@ -3,9 +3,12 @@
 // For the window thread, but for the listener.
 #pragma once
 
+#include <string>
+
 #include "examples/QNExe/view/RunIntake.h"
 #include "examples/QNExe/view/RunView.h"
 #include "examples/QNExe/view/TableReader.h"
+#include "examples/QNExe/view/TextLook.h"
 #include "examples/QNExe/view/VerdictCounts.h"
 
 class MainWindow;
@@ -20,6 +23,8 @@ public:
     bool TakeOver(bool testWaits) override;
     void Render() override;
     void AtEnd() override;
+    void Tell(std::string const & text) override;
+    void TellProblem(std::string const & text) override;
     // Questions have windows of their own.
     void HoldProgress(bool) override {}
     CTestSuiteListener * Listener() override { return &m_Tally; }
@@ -27,6 +32,7 @@ public:
 
 private:
     void ReadTexts();
+    void AddLine(std::string const & text, TextLook const & look);
 
     MainWindow & m_Window;
     RunIntake m_Intake;
