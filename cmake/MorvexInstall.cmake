@@ -94,6 +94,14 @@ foreach(header ${MORVEX_PUBLIC_HEADERS})
     COMPONENT Development)
 endforeach()
 
+# As they stand in the repository, so that the links between them lead somewhere.
+set(documents ${CMAKE_INSTALL_DATAROOTDIR}/doc/morvex)
+install(FILES ${PROJECT_SOURCE_DIR}/README.md DESTINATION ${documents} COMPONENT Development)
+install(FILES ${PROJECT_SOURCE_DIR}/platform/README.md DESTINATION ${documents}/platform
+  COMPONENT Development)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs ${PROJECT_SOURCE_DIR}/examples DESTINATION ${documents}
+  COMPONENT Development PATTERN Doxyfile EXCLUDE)
+
 # morvex_pkg_config(<name> <description> REQUIRES <names>... LIBRARY <target>): a file that finds
 # everything from where it lies itself.
 function(morvex_pkg_config name description)

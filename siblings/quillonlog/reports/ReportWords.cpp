@@ -61,7 +61,7 @@ void ReadWord(CReportRequest & request, std::string_view & rest, std::string_vie
     } else if (IsOverwriteAt(rest)) {
         request.overwrite = true;
     } else {
-        Refuse(words, "a word is none of those");
+        Refuse(words, "a word is none of the four");
     }
     rest.remove_prefix(std::min(end + 1, rest.size()));
 }
@@ -72,5 +72,6 @@ CReportRequest ReadReportRequest(std::string const & words) {
     CReportRequest request;
     for (std::string_view rest = words; !rest.empty();)
         ReadWord(request, rest, words);
+    if (request.overwrite && request.files.empty()) Refuse(words, "there is nothing to replace");
     return request;
 }

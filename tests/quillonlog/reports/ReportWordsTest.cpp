@@ -39,12 +39,13 @@ TEST(ReportWordsTest, WrongWordsSayWhatToWrite) {
         char const * why;
     };
     for (auto const & [words, why] :
-         {Case{"xml:a", "a word is none of those"},
-          {"a.html", "a word is none of those"},
+         {Case{"xml:a", "a word is none of the four"},
+          {"a.html", "a word is none of the four"},
+          {"overwrite", "there is nothing to replace"},
           {"html:", "a path is empty"},
           {"html:,json:a", "a path is empty"},
           {"html:a,html:b", "a format stands twice"},
-          {",html:a", "a word is none of those"}}) {
+          {",html:a", "a word is none of the four"}}) {
         SCOPED_TRACE(words);
         try {
             ReadReportRequest(words);
