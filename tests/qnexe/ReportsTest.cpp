@@ -127,6 +127,20 @@ TEST_F(ReportsTest, FactsOfTheRunStandInThem) {
     EXPECT_THAT(Journal(), HasSubstr(digest));
 }
 
+TEST_F(ReportsTest, FilesThatARunReadsStandInThemAlsoWhenTheyAreMissing) {
+    std::ofstream(File("run.ini")) << "[Suite]\nTests=1\n";
+    std::ofstream(File("answers.json")) << "{\"answers\": []}";
+    SetEnvironment("QN_PROMPTS", File("answers.json").c_str());
+    Result const result = Run(
+        {"--suite", Suite("passing"), "--report", AllReports(), "--settings", File("run.ini"),
+         "--recordings", File("none.bin")});
+    ClearEnvironment("QN_PROMPTS");
+    EXPECT_EQ(result.code, 0) << result.error;
+    EXPECT_THAT(Body(), HasSubstr(File("run.ini") + "</th><td>SHA-256 "));
+    EXPECT_THAT(Body(), HasSubstr(File("answers.json") + "</th><td>SHA-256 "));
+    EXPECT_THAT(Body(), HasSubstr(File("none.bin") + "</th><td>cannot be read"));
+}
+
 TEST_F(ReportsTest, SuiteThatCannotListItsTestsFailsInThem) {
     Result const result = RunReporting("refusing");
     EXPECT_EQ(result.code, 4);
@@ -172,6 +186,14 @@ TEST_F(ReportsTest, WrongWordsAreAUsageError) {
              "html:" + File("b")})
             .code,
         4);
+}
+
+TEST_F(ReportsTest, SomebodyElsesLatestIsToldAndIsNoFailure) {
+    std::ofstream(File("latest.html")) << "mine";
+    Result const result = RunReporting("passing");
+    EXPECT_EQ(result.code, 0);
+    EXPECT_THAT(result.error, HasSubstr("QNExe: \"" + File("latest.html") + "\" is left alone"));
+    EXPECT_EQ(Contents(File("latest.html")), "mine");
 }
 
 TEST_F(ReportsTest, SecondRunKeepsTheFirst) {

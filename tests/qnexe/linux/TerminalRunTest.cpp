@@ -213,6 +213,16 @@ TEST_F(TerminalRunTest, CtrlCEndsTheRunInOrder) {
                 "Fails (2); Aborts (2); Warnings (0)", "Passed (0); Failed (1)", FailedSum));
 }
 
+TEST_F(TerminalRunTest, ReportsTellThatTheOperatorEndedTheRun) {
+    Pty terminal(
+        Program(), {"--suite", Suite("endless"), "--report", "json:" + File("run.jsonl")}, {});
+    ASSERT_TRUE(terminal.WaitFor("Start time"));
+    terminal.Type("\x03");
+    EXPECT_EQ(terminal.Finish(), 3);
+    EXPECT_NE(
+        Contents(File("run.jsonl")).find("\"verdict\":\"aborted-by-operator\""), std::string::npos);
+}
+
 TEST_F(TerminalRunTest, NoColorShowsTextAlone) {
     Pty terminal = At("passing", {{"NO_COLOR", "1"}});
     EXPECT_EQ(terminal.Finish(), 0);

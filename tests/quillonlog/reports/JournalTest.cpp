@@ -108,6 +108,13 @@ TEST_F(JournalTest, QuestionIsOneLine) {
     EXPECT_EQ(Lines().back()["seconds"], 1.5);
 }
 
+TEST_F(JournalTest, QuestionThatEndsTheRunSaysSo) {
+    m_Suite.AddPrompt(
+        {.question = "Q", .source = "none", .reason = "the operator aborted", .hasAborted = true});
+    EXPECT_EQ(Last()["aborted"], true);
+    EXPECT_EQ(Last()["reason"], "the operator aborted");
+}
+
 TEST_F(JournalTest, DeviceEventIsOneLine) {
     m_Suite.AddDeviceEvent({"arrived", "USB#1"});
     EXPECT_EQ(
