@@ -225,6 +225,22 @@ TEST_F(MainWindowTest, AnotherResolutionScalesFontsTextAndFrame) {
     EXPECT_NE(EqualRect(&frame, &wanted), 0);
 }
 
+TEST_F(MainWindowTest, TheLeastSizeScalesWithTheResolution) {
+    auto const least = [&] {
+        MINMAXINFO info = {};
+        SendMessageW(m_Window.Handle(), WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&info));
+        return info.ptMinTrackSize;
+    };
+    POINT const before = least();
+    UINT const twice = 2 * GetDpiForWindow(m_Window.Handle());
+    RECT wanted = Frame(m_Window.Handle());
+    SendMessageW(
+        m_Window.Handle(), WM_DPICHANGED, MAKEWPARAM(twice, twice),
+        reinterpret_cast<LPARAM>(&wanted));
+    EXPECT_EQ(least().x, 2 * before.x);
+    EXPECT_EQ(least().y, 2 * before.y);
+}
+
 TEST_F(MainWindowTest, AskedForCursorIsShownUntilItIsTakenBack) {
     HCURSOR const wait = LoadCursorW(nullptr, MAKEINTRESOURCEW(32514));
     auto const shown = [&] {

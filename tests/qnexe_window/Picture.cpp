@@ -57,9 +57,12 @@ Picture::~Picture() {
 }
 
 void Picture::Print(HWND window, POINT place) {
-    // Controls leave their clipping behind.
+    // Controls leave their clipping behind, and erase whatever they may.
     int const state = SaveDC(m_Device);
     SetViewportOrgEx(m_Device, place.x, place.y, nullptr);
+    RECT inside = {};
+    GetClientRect(window, &inside);
+    IntersectClipRect(m_Device, 0, 0, inside.right, inside.bottom);
     SendMessageW(window, WM_PRINT, reinterpret_cast<WPARAM>(m_Device), PRF_CLIENT | PRF_ERASEBKGND);
     RestoreDC(m_Device, state);
     GdiFlush();
