@@ -1,5 +1,5 @@
 // What a double of an interface of the system needs besides the methods that are called: the rest,
-// which only says that it is not implemented.
+// which answers E_NOTIMPL and does nothing else.
 #pragma once
 
 #include "platform/Xml.h"
